@@ -1,0 +1,6 @@
+add_executable(vorlix-sync-cli
+  cli/main.cpp
+  cli/CliCommand.h cli/CliCommand.cpp
+  cli/CliIo.h cli/CliIo.cpp
+  cli/MatchCommands.cpp)
+target_link_libraries(vorlix-sync-cli PRIVATE vorlix_core vorlix_warnings)

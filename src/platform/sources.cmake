@@ -1,0 +1,4 @@
+target_sources(vorlix_core PRIVATE
+  platform/Preferences.h platform/Preferences.cpp)
+target_sources(vorlix_core PRIVATE
+  platform/AtomicFile.h platform/AtomicFile.cpp)

@@ -1,0 +1,3 @@
+target_sources(vorlix_core PRIVATE
+  state/PreferenceKeys.h
+  state/AppState.h state/AppState.cpp)

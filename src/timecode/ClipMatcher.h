@@ -1,0 +1,25 @@
+#pragma once
+
+#include "model/MediaClip.h"
+#include "model/ShootSession.h"
+
+#include <QList>
+#include <optional>
+
+// Decides which scanned clips belong to a session, and holds the marker-side timecode helpers.
+class ClipMatcher
+{
+public:
+    // Seconds on either side of the marker span within which a clip still belongs to a session.
+    static constexpr double tolerance = 30.0;
+
+    static std::optional<double> tcToSeconds(QStringView timecode, int fps);
+
+    // Moves a timecode by whole frames with one carry per field; text that is not four integer
+    // fields comes back unchanged.
+    static QString nudgeTC(const QString &timecode, int frames, int fps);
+
+    // The session with matchedClips replaced by the clips whose range touches the widened span
+    // of its marker timecodes, ordered by start (stable). Unchanged when nothing can be decided.
+    static ShootSession matchClipsToSession(const QList<MediaClip> &clips, const ShootSession &session);
+};

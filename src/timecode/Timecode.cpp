@@ -1,0 +1,80 @@
+#include "timecode/Timecode.h"
+
+#include "timecode/NumberText.h"
+
+#include <cmath>
+
+namespace Timecode {
+
+QList<QStringView> pieces(QStringView text)
+{
+    return text.split(u':', Qt::SkipEmptyParts);
+}
+
+QList<double> decimalFields(QStringView text)
+{
+    QList<double> numbers;
+    for (QStringView piece : pieces(text)) {
+        if (const auto number = parseStrictDecimal(piece))
+            numbers.append(*number);
+    }
+    return numbers;
+}
+
+QList<qint64> integerFields(QStringView text)
+{
+    QList<qint64> numbers;
+    for (QStringView piece : pieces(text)) {
+        if (const auto number = parseBase10Integer(piece))
+            numbers.append(*number);
+    }
+    return numbers;
+}
+
+std::optional<double> toSeconds(QStringView text, double fps)
+{
+    const QList<double> n = decimalFields(text);
+    if (n.size() < 3)
+        return std::nullopt;
+    double seconds = n[0] * 3600 + n[1] * 60 + n[2];
+    if (n.size() == 4)
+        seconds += n[3] / fps;
+    return seconds;
+}
+
+double integerFieldsToSeconds(QStringView text, int fps)
+{
+    const QList<qint64> n = integerFields(text);
+    if (n.size() < 3)
+        return 0.0;
+    double seconds = double(n[0] * 3600 + n[1] * 60 + n[2]);
+    if (n.size() == 4)
+        seconds += double(n[3]) / double(fps);
+    return seconds;
+}
+
+QString format(qint64 hours, qint64 minutes, qint64 seconds, qint64 frames)
+{
+    return QString::asprintf("%02lld:%02lld:%02lld:%02lld", hours, minutes, seconds, frames);
+}
+
+} // namespace Timecode
+
+qint64 tcToFrames(QStringView timecode, int fps)
+{
+    const QList<qint64> n = Timecode::integerFields(timecode);
+    if (n.size() < 3)
+        return 0;
+    qint64 frames = (n[0] * 3600 + n[1] * 60 + n[2]) * fps;
+    if (n.size() == 4)
+        frames += n[3];
+    return frames;
+}
+
+QString secondsToTC(double seconds, int fps)
+{
+    const double whole = std::trunc(seconds);
+    const auto total = qint64(whole);
+    const auto frames = qint64(std::trunc((seconds - whole) * fps));
+    return Timecode::format(total / 3600, (total % 3600) / 60, total % 60, frames);
+}
