@@ -1,0 +1,2 @@
+target_sources(vorlix_core PRIVATE
+  media/AudioTrackSelector.h media/AudioTrackSelector.cpp)
