@@ -1,0 +1,95 @@
+#include "ui/SettingsPickers.h"
+
+#include "state/AppState.h"
+#include "ui/SettingsActions.h"
+#include "ui/SettingsLogic.h"
+#include "ui/Theme.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace SettingsPickers {
+namespace {
+
+template <typename Value, typename Signal>
+QComboBox *picker(AppState &state, const QList<SettingsLogic::Choice<Value>> &choices, std::function<Value()> current,
+                  std::function<void(Value)> choose, Signal changed)
+{
+    auto *combo = new QComboBox;
+    combo->setFont(Theme::font(Theme::TextStyle::Body));
+    for (const auto &choice : choices)
+        combo->addItem(choice.label, QVariant::fromValue(choice.value));
+    const auto show = [combo, current] {
+        const QSignalBlocker blocker(combo);
+        combo->setCurrentIndex(combo->findData(QVariant::fromValue(current())));
+    };
+    show();
+    QObject::connect(&state, changed, combo, show);
+    QObject::connect(combo, &QComboBox::activated, combo, [combo, choose](int index) {
+        choose(combo->itemData(index).template value<Value>());
+    });
+    return combo;
+}
+
+} // namespace
+
+QWidget *themeSegments(AppState &state)
+{
+    auto *control = new QWidget;
+    control->setObjectName(QStringLiteral("themeSegments"));
+    auto *row = new QHBoxLayout(control);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    auto *group = new QButtonGroup(control);
+    const auto &choices = SettingsLogic::themeChoices();
+    for (qsizetype i = 0; i < choices.size(); ++i) {
+        auto *segment = new QPushButton(choices.at(i).label);
+        segment->setObjectName(QStringLiteral("theme-") + choices.at(i).value);
+        segment->setCheckable(true);
+        segment->setCursor(Qt::PointingHandCursor);
+        segment->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
+        const QString corners = i == 0 ? QStringLiteral("border-top-left-radius: 6px; border-bottom-left-radius: 6px;")
+                                : i == choices.size() - 1 ? QStringLiteral("border-top-right-radius: 6px; border-bottom-right-radius: 6px; border-left: none;")
+                                                          : QStringLiteral("border-left: none;");
+        segment->setStyleSheet(QStringLiteral("QPushButton { padding: 5px 0; background: palette(button); color: palette(button-text);"
+                                              " border: 1px solid palette(mid); %1 }"
+                                              "QPushButton:checked { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
+                                   .arg(corners));
+        group->addButton(segment, int(i));
+        row->addWidget(segment, 1);
+    }
+    control->setFixedWidth(240);
+    const auto show = [&state, group, choices] {
+        for (qsizetype i = 0; i < choices.size(); ++i)
+            group->button(int(i))->setChecked(choices.at(i).value == state.appearance());
+    };
+    show();
+    QObject::connect(&state, &AppState::appearanceChanged, control, show);
+    QObject::connect(group, &QButtonGroup::idClicked, control, [&state, choices](int id) {
+        SettingsActions::setTheme(state, choices.at(id).value);
+    });
+    return control;
+}
+
+QComboBox *themePicker(AppState &state)
+{
+    return picker<QString>(state, SettingsLogic::themeChoices(), [&state] { return state.appearance(); },
+                           [&state](const QString &value) { SettingsActions::setTheme(state, value); }, &AppState::appearanceChanged);
+}
+
+QComboBox *nlePicker(AppState &state)
+{
+    return picker<QString>(state, SettingsLogic::nleChoices(), [&state] { return state.preferredNLE(); },
+                           [&state](const QString &value) { SettingsActions::setPreferredNLE(state, value); },
+                           &AppState::preferredNLEChanged);
+}
+
+QComboBox *frameRatePicker(AppState &state)
+{
+    return picker<int>(state, SettingsLogic::frameRateChoices(), [&state] { return state.defaultFps(); },
+                       [&state](int value) { SettingsActions::setDefaultFps(state, value); }, &AppState::defaultFpsChanged);
+}
+
+} // namespace SettingsPickers
