@@ -1,1 +1,2 @@
 vorlix_add_test(tst_ui_logic SOURCES ui/UiLogicTest.cpp LIBS vorlix_ui)
+vorlix_add_test(tst_ui_shell SOURCES ui/SessionListTest.cpp ui/ShellFixture.h LIBS vorlix_ui)
