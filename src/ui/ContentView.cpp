@@ -32,6 +32,21 @@ ContentView::ContentView(AppState &state, ShellBackend &backend, Desktop &deskto
     refresh();
 }
 
+LoginView *ContentView::loginView() const
+{
+    return m_login;
+}
+
+SignedInView *ContentView::signedInView() const
+{
+    return m_signedIn;
+}
+
+SettingsView *ContentView::settingsWindow() const
+{
+    return m_settingsWindow;
+}
+
 void ContentView::setLoginHint(const QString &hint)
 {
     m_loginHint = hint;

@@ -22,11 +22,11 @@ class ContentView : public QMainWindow
 public:
     ContentView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent = nullptr);
 
-    LoginView *loginView() const { return m_login; }
-    SignedInView *signedInView() const { return m_signedIn; }
+    LoginView *loginView() const;
+    SignedInView *signedInView() const;
     void setLoginHint(const QString &hint);
     void openSettingsWindow();
-    SettingsView *settingsWindow() const { return m_settingsWindow; }
+    SettingsView *settingsWindow() const;
 
 Q_SIGNALS:
     void signedInViewCreated(SignedInView *view);

@@ -9,6 +9,7 @@
 #include "ui/SettingsPickers.h"
 #include "ui/SignOut.h"
 #include "ui/Theme.h"
+#include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -215,9 +216,9 @@ void InlineSettingsView::refreshFolders()
         layout->setSpacing(8);
         auto *icon = new QLabel;
         icon->setPixmap(Icons::pixmap(QStringLiteral("folder.fill"), 14, Theme::indigo(), ratio));
-        auto *text = Theme::label(QString(), Theme::TextStyle::Caption);
-        text->setText(QFontMetrics(text->font()).elidedText(path, Qt::ElideMiddle, 360));
-        text->setToolTip(path);
+        auto *text = new ElidedLabel(Qt::ElideMiddle);
+        text->setFont(Theme::font(Theme::TextStyle::Caption));
+        text->setText(path);
         auto *remove = new QPushButton;
         remove->setObjectName(QStringLiteral("removeFolder"));
         remove->setFlat(true);
@@ -227,8 +228,7 @@ void InlineSettingsView::refreshFolders()
         remove->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; }"));
         connect(remove, &QPushButton::clicked, this, [this, path] { m_state.removeFootageFolder(path); });
         layout->addWidget(icon);
-        layout->addWidget(text);
-        layout->addStretch(1);
+        layout->addWidget(text, 1);
         layout->addWidget(remove);
         m_folderRows->addWidget(row);
     }

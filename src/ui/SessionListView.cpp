@@ -9,6 +9,7 @@
 #include "ui/SettingsLogic.h"
 #include "ui/SignOut.h"
 #include "ui/Theme.h"
+#include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/Spinner.h"
 
 #include <QHBoxLayout>
@@ -54,9 +55,8 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     layout->addWidget(buildAccountSection());
 
     auto *divider = new QFrame;
-    divider->setFrameShape(QFrame::HLine);
+    divider->setObjectName(QStringLiteral("sidebarDivider"));
     divider->setFixedHeight(1);
-    divider->setStyleSheet(QStringLiteral("QFrame { background: palette(mid); border: none; }"));
     layout->addWidget(divider);
 
     m_settingsButton = new QPushButton(QStringLiteral("Settings"));
@@ -96,9 +96,10 @@ QWidget *SessionListView::buildScanningSection()
     auto *row = new QHBoxLayout;
     row->setSpacing(8);
     m_scanSpinner = new Spinner(14);
-    m_scanProgress = Theme::label(QString(), Theme::TextStyle::Caption, true);
+    m_scanProgress = new ElidedLabel(Qt::ElideMiddle);
+    m_scanProgress->setFont(Theme::font(Theme::TextStyle::Caption));
+    Theme::setSecondary(m_scanProgress);
     m_scanProgress->setObjectName(QStringLiteral("scanProgress"));
-    m_scanProgress->setMinimumWidth(1);
     row->addWidget(m_scanSpinner);
     row->addWidget(m_scanProgress, 1);
     stack->addLayout(row);

@@ -5,6 +5,7 @@
 
 class AppState;
 class CoalescedRefresh;
+class ElidedLabel;
 class Desktop;
 class ShellBackend;
 class QLabel;
@@ -68,7 +69,7 @@ private:
     SessionRowDelegate *m_delegate = nullptr;
     QWidget *m_scanningSection = nullptr;
     Spinner *m_scanSpinner = nullptr;
-    QLabel *m_scanProgress = nullptr;
+    ElidedLabel *m_scanProgress = nullptr;
     QLabel *m_userName = nullptr;
     QLabel *m_userEmail = nullptr;
     QPushButton *m_settingsButton = nullptr;

@@ -157,7 +157,6 @@ QWidget *SessionRowDelegate::createEditor(QWidget *parent, const QStyleOptionVie
     editor->setFrame(false);
     editor->setFont(Theme::pixelFont(13, QFont::DemiBold));
     editor->setProperty("sessionId", index.data(SessionListModel::SessionIdRole));
-    editor->setStyleSheet(QStringLiteral("QLineEdit { background: palette(base); color: palette(text); border-radius: 4px; padding: 0 3px; }"));
     return editor;
 }
 

@@ -50,13 +50,7 @@ QWidget *themeSegments(AppState &state)
         segment->setCheckable(true);
         segment->setCursor(Qt::PointingHandCursor);
         segment->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
-        const QString corners = i == 0 ? QStringLiteral("border-top-left-radius: 6px; border-bottom-left-radius: 6px;")
-                                : i == choices.size() - 1 ? QStringLiteral("border-top-right-radius: 6px; border-bottom-right-radius: 6px; border-left: none;")
-                                                          : QStringLiteral("border-left: none;");
-        segment->setStyleSheet(QStringLiteral("QPushButton { padding: 5px 0; background: palette(button); color: palette(button-text);"
-                                              " border: 1px solid palette(mid); %1 }"
-                                              "QPushButton:checked { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
-                                   .arg(corners));
+        segment->setProperty("segment", i == 0 ? "first" : i == choices.size() - 1 ? "last" : "middle");
         group->addButton(segment, int(i));
         row->addWidget(segment, 1);
     }

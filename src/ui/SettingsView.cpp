@@ -8,6 +8,7 @@
 #include "ui/SettingsPickers.h"
 #include "ui/SignOut.h"
 #include "ui/Theme.h"
+#include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -112,9 +113,9 @@ void SettingsView::refresh()
         layout->setSpacing(8);
         auto *icon = new QLabel;
         icon->setPixmap(Icons::pixmap(QStringLiteral("folder"), 14, palette().color(QPalette::PlaceholderText), ratio));
-        auto *text = Theme::label(QString(), Theme::TextStyle::Caption);
-        text->setText(QFontMetrics(text->font()).elidedText(path, Qt::ElideMiddle, 320));
-        text->setToolTip(path);
+        auto *text = new ElidedLabel(Qt::ElideMiddle);
+        text->setFont(Theme::font(Theme::TextStyle::Caption));
+        text->setText(path);
         auto *remove = new QPushButton;
         remove->setObjectName(QStringLiteral("windowRemoveFolder"));
         remove->setFlat(true);
@@ -123,8 +124,7 @@ void SettingsView::refresh()
         remove->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; }"));
         connect(remove, &QPushButton::clicked, this, [this, path] { m_state.removeFootageFolder(path); });
         layout->addWidget(icon);
-        layout->addWidget(text);
-        layout->addStretch(1);
+        layout->addWidget(text, 1);
         layout->addWidget(remove);
         m_folderRows->addWidget(row);
     }

@@ -97,13 +97,59 @@ QPalette darkPalette()
     return palette;
 }
 
+namespace {
+
+QString rgba(const QColor &color)
+{
+    return QStringLiteral("rgba(%1,%2,%3,%4)").arg(color.red()).arg(color.green()).arg(color.blue()).arg(color.alpha());
+}
+
+// The few controls Fusion draws too plainly for this program, in the colours of the palette in
+// force. Re-applied with every palette, which also repolishes every widget.
+QString styleSheetFor(const QPalette &palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    QColor faint = text;
+    faint.setAlphaF(0.28);
+    QColor hover = text;
+    hover.setAlphaF(0.08);
+    QColor handle = text;
+    handle.setAlphaF(0.45);
+    return QStringLiteral(
+               "QScrollBar:vertical { background: transparent; width: 10px; margin: 2px 2px 2px 0; }"
+               "QScrollBar::handle:vertical { background: %1; border-radius: 3px; min-height: 32px; margin: 0 1px; }"
+               "QScrollBar::handle:vertical:hover { background: %2; }"
+               "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+               "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"
+               "QToolBar#mainToolbar { border: none; border-bottom: 1px solid %3; padding: 4px 8px; spacing: 4px; background: %4; }"
+               "QToolBar#mainToolbar QToolButton { padding: 4px 8px; border-radius: 6px; color: %5; }"
+               "QToolBar#mainToolbar QToolButton:hover { background: %6; }"
+               "QToolBar#mainToolbar QToolButton:disabled { color: %7; }"
+               "QFrame#sidebarDivider, QSplitter::handle { background: %3; border: none; }"
+               "QLineEdit#renameField { background: %8; color: %5; border: 1px solid rgb(93,96,242); border-radius: 4px; padding: 0 3px; }"
+               "QPushButton[segment=\"first\"], QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"]"
+               " { padding: 5px 0; background: %9; color: %5; border: 1px solid %3; }"
+               "QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"] { border-left: none; }"
+               "QPushButton[segment=\"first\"] { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
+               "QPushButton[segment=\"last\"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
+               "QPushButton[segment=\"first\"]:checked, QPushButton[segment=\"middle\"]:checked, QPushButton[segment=\"last\"]:checked"
+               " { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
+        .arg(rgba(faint), rgba(handle), rgba(palette.color(QPalette::Mid)), rgba(palette.color(QPalette::Window)),
+             rgba(palette.color(QPalette::ButtonText)), rgba(hover), rgba(palette.color(QPalette::Disabled, QPalette::ButtonText)),
+             rgba(palette.color(QPalette::Base)), rgba(palette.color(QPalette::Button)));
+}
+
+} // namespace
+
 void applyAppearance(const QString &appearance)
 {
     const bool platformDark = platformPalette().color(QPalette::Window).lightness() < 128;
     g_dark = appearance == QLatin1String("dark") || (appearance != QLatin1String("light") && platformDark);
     if (QApplication::style()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) != 0)
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setPalette(g_dark ? darkPalette() : lightPalette());
+    const QPalette palette = g_dark ? darkPalette() : lightPalette();
+    QApplication::setPalette(palette);
+    qApp->setStyleSheet(styleSheetFor(palette));
 }
 
 bool isDark()

@@ -13,6 +13,7 @@ target_sources(vorlix_ui PRIVATE
   ui/SettingsActions.h ui/SettingsActions.cpp
   ui/SettingsPickers.h ui/SettingsPickers.cpp
   ui/widgets/Spinner.h ui/widgets/Spinner.cpp
+  ui/widgets/ElidedLabel.h ui/widgets/ElidedLabel.cpp
   ui/LoginView.h ui/LoginView.cpp
   ui/SessionListModel.h ui/SessionListModel.cpp
   ui/SessionRowDelegate.h ui/SessionRowDelegate.cpp

@@ -9,6 +9,7 @@
 #include "ui/SessionListView.h"
 #include "ui/SettingsView.h"
 #include "ui/SignedInView.h"
+#include "ui/widgets/ElidedLabel.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -361,7 +362,7 @@ private Q_SLOTS:
         state().setScanning(true);
         state().setScanProgress(QStringLiteral("Reading 3/12: A001C003.mov"));
         QTRY_VERIFY(!section->isHidden());
-        QCOMPARE(list()->findChild<QLabel *>("scanProgress")->text(), QStringLiteral("Reading 3/12: A001C003.mov"));
+        QCOMPARE(list()->findChild<ElidedLabel *>("scanProgress")->text(), QStringLiteral("Reading 3/12: A001C003.mov"));
         QCOMPARE(list()->findChild<QLabel *>("accountName")->text(), QStringLiteral("Anna Maria Smith"));
     }
 };
