@@ -33,8 +33,5 @@ void SessionDetailView::refresh()
     if (!session)
         return;
     m_title->setText(session->title);
-    m_summary->setText(QStringLiteral("%1 markers · %2 matched clips · %3")
-                           .arg(session->markers.size())
-                           .arg(session->matchedClips.size())
-                           .arg(session->tcRange()));
+    m_summary->setText(QStringLiteral("%1 markers · %2 matched clips").arg(session->markers.size()).arg(session->matchedClips.size()));
 }

@@ -21,6 +21,14 @@
 
 namespace {
 
+// Both picker rows share one label width so their pop-ups line up across sections.
+QLabel *rowLabel(const QString &text)
+{
+    auto *label = Theme::label(text, Theme::TextStyle::Body);
+    label->setFixedWidth(110);
+    return label;
+}
+
 QGroupBox *section(const QString &title, QLayout *content)
 {
     auto *box = new QGroupBox(title);
@@ -78,13 +86,13 @@ SettingsView::SettingsView(AppState &state, ShellBackend &backend, Desktop &desk
     auto *editing = new QFormLayout;
     auto *nle = SettingsPickers::nlePicker(m_state);
     nle->setObjectName(QStringLiteral("windowNlePicker"));
-    editing->addRow(QStringLiteral("Preferred NLE"), nle);
+    editing->addRow(rowLabel(QStringLiteral("Preferred NLE")), nle);
     form->addWidget(section(QStringLiteral("Editing Software"), editing));
 
     auto *appearance = new QFormLayout;
     auto *theme = SettingsPickers::themePicker(m_state);
     theme->setObjectName(QStringLiteral("windowThemePicker"));
-    appearance->addRow(QStringLiteral("Theme"), theme);
+    appearance->addRow(rowLabel(QStringLiteral("Theme")), theme);
     form->addWidget(section(QStringLiteral("Appearance"), appearance));
     form->addStretch(1);
 

@@ -5,6 +5,7 @@
 #include "state/AppState.h"
 #include "ui/ContentView.h"
 #include "ui/SessionListView.h"
+#include "ui/SettingsView.h"
 #include "ui/ShellBackend.h"
 #include "ui/SignedInView.h"
 #include "ui/Theme.h"
@@ -133,6 +134,10 @@ int main(int argc, char **argv)
         state.setScanning(false);
         state.setShowSettings(true);
         ok = save(window, folder, QStringLiteral("settings-") + appearance) && ok;
+
+        window.openSettingsWindow();
+        ok = save(*window.settingsWindow(), folder, QStringLiteral("settings-window-") + appearance) && ok;
+        window.settingsWindow()->close();
     }
     return ok ? 0 : 1;
 }
