@@ -30,9 +30,20 @@ public:
     int syncs = 0;
     int credentialDeletes = 0;
     QList<std::pair<QString, bool>> scans;
+    QStringList requests;
+    QString codeError;
+    LoginOutcome loginOutcome;
 
-    QCoro::Task<QString> requestLoginCode(QString) override { co_return QString(); }
-    QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{}; }
+    QCoro::Task<QString> requestLoginCode(QString email) override
+    {
+        requests.append(email);
+        co_return codeError;
+    }
+    QCoro::Task<LoginOutcome> login(QString email, QString code) override
+    {
+        requests.append(email + QLatin1Char('/') + code);
+        co_return loginOutcome;
+    }
     void deleteCredential() override { ++credentialDeletes; }
     void syncSessions() override { ++syncs; }
     void scanFolder(const QString &path, bool userStarted) override { scans.append({path, userStarted}); }
@@ -111,6 +122,71 @@ private Q_SLOTS:
         signedIn()->scanFootage();
         QCOMPARE(m_backend.scans, (QList<std::pair<QString, bool>>{{"/footage/day1", true}}));
         QCOMPARE(state().footageFolders(), QStringList{"/footage/day1"});
+    }
+
+    void loginStepsAndEnabling()
+    {
+        LoginView *login = m_shell->window->loginView();
+        QVERIFY(login);
+        auto *email = login->findChildren<QLineEdit *>().at(0);
+        auto *code = login->findChildren<QLineEdit *>().at(1);
+        const auto button = [login](const QString &text) {
+            for (QPushButton *b : login->findChildren<QPushButton *>())
+                if (b->text() == text)
+                    return b;
+            return static_cast<QPushButton *>(nullptr);
+        };
+        QVERIFY(!button("Send login code")->isEnabled());
+        QTest::keyClicks(email, QStringLiteral("anna@localhost"));
+        QVERIFY(!button("Send login code")->isEnabled());
+        email->setText(QStringLiteral("  anna@example.com "));
+        QVERIFY(button("Send login code")->isEnabled());
+        QTest::keyClick(email, Qt::Key_Return);
+        QVERIFY(m_backend.requests.isEmpty());
+
+        m_backend.codeError = QStringLiteral("Unknown address");
+        QTest::mouseClick(button("Send login code"), Qt::LeftButton);
+        QTRY_COMPARE(login->error(), QStringLiteral("Unknown address"));
+        QVERIFY(!login->codeSent());
+        QVERIFY(login->findChild<QLabel *>("error")->isVisible());
+        QCOMPARE(m_backend.requests, QStringList{"  anna@example.com "});
+
+        m_backend.codeError.clear();
+        login->sendCode();
+        QTRY_VERIFY(login->codeSent());
+        QVERIFY(login->error().isEmpty());
+        QVERIFY(code->isVisible() && !email->isVisible());
+        for (const char *bad : {"12345", "1234567", "12a456"}) {
+            code->setText(QLatin1String(bad));
+            QVERIFY(!button("Log in")->isEnabled());
+        }
+        code->setText(QStringLiteral("123456"));
+        QVERIFY(button("Log in")->isEnabled());
+        login->useDifferentEmail();
+        QVERIFY(!login->codeSent());
+        QCOMPARE(email->text(), QStringLiteral("  anna@example.com "));
+        QVERIFY(code->text().isEmpty());
+
+        login->sendCode();
+        QTRY_VERIFY(login->codeSent());
+        code->setText(QStringLiteral("654321"));
+        m_backend.loginOutcome = {ShellBackend::SignedInUser{QStringLiteral("Anna"), QStringLiteral("anna@example.com")}, QString()};
+        login->verify();
+        QTRY_VERIFY(state().isLoggedIn());
+        QCOMPARE(state().userName(), QStringLiteral("Anna"));
+        QCOMPARE(m_shell->preferences.string(PreferenceKeys::email), std::optional<QString>("anna@example.com"));
+        QTRY_VERIFY(signedIn());
+    }
+
+    void loginFooterLinksOpenInTheBrowser()
+    {
+        LoginView *login = m_shell->window->loginView();
+        for (QPushButton *link : login->findChildren<QPushButton *>()) {
+            if (link->text() == QStringLiteral("Privacy Policy") || link->text() == QStringLiteral("Terms") || link->text() == QStringLiteral("127.0.0.1"))
+                QTest::mouseClick(link, Qt::LeftButton);
+        }
+        QCOMPARE(m_shell->desktop.opened,
+                 (QList<QUrl>{QUrl("http://127.0.0.1:8765/privacy"), QUrl("http://127.0.0.1:8765/terms"), QUrl("http://127.0.0.1:8765/")}));
     }
 
     void detailPaneFollowsTheState()
