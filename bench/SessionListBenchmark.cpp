@@ -21,7 +21,8 @@ public:
     QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{}; }
     void deleteCredential() override {}
     void syncSessions() override {}
-    void scanFolder(const QString &, bool) override {}
+    void scanFootage(const QString &) override {}
+    void rescanSavedFolders() override {}
 };
 
 class IdleDesktop : public Desktop

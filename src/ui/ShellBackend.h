@@ -27,6 +27,8 @@ public:
 
     // Fire-and-forget background work; both merge into AppState on the GUI thread when done.
     virtual void syncSessions() = 0;
-    // `userStarted` scans drive AppState's scanning flag; rescans of saved folders do not.
-    virtual void scanFolder(const QString &path, bool userStarted) = 0;
+    // A folder the user chose: it joins the saved folders and AppState shows the scan running.
+    virtual void scanFootage(const QString &folder) = 0;
+    // One quiet scan per saved folder, all at once.
+    virtual void rescanSavedFolders() = 0;
 };

@@ -97,8 +97,7 @@ void SignedInView::showEvent(QShowEvent *event)
     m_cameOnScreen = true;
     m_syncTimer.start();
     syncSessions();
-    for (const QString &folder : m_state.footageFolders())
-        m_backend.scanFolder(folder, false);
+    m_backend.rescanSavedFolders();
 }
 
 void SignedInView::scanFootage()
@@ -107,8 +106,7 @@ void SignedInView::scanFootage()
     m_desktop.chooseFolder(QStringLiteral("Select your footage folder"), [self](const QString &path) {
         if (!self)
             return;
-        self->m_state.addFootageFolder(path);
-        self->m_backend.scanFolder(path, true);
+        self->m_backend.scanFootage(path);
     });
 }
 

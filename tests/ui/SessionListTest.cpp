@@ -29,6 +29,7 @@ class CountingBackend : public ShellBackend
 public:
     int syncs = 0;
     int credentialDeletes = 0;
+    AppState *state = nullptr;
     QList<std::pair<QString, bool>> scans;
     QStringList requests;
     QString codeError;
@@ -46,7 +47,16 @@ public:
     }
     void deleteCredential() override { ++credentialDeletes; }
     void syncSessions() override { ++syncs; }
-    void scanFolder(const QString &path, bool userStarted) override { scans.append({path, userStarted}); }
+    void scanFootage(const QString &folder) override
+    {
+        scans.append({folder, true});
+        state->addFootageFolder(folder);
+    }
+    void rescanSavedFolders() override
+    {
+        for (const QString &folder : state->footageFolders())
+            scans.append({folder, false});
+    }
 };
 
 const QDateTime now = QDateTime::currentDateTime();
@@ -84,6 +94,7 @@ private Q_SLOTS:
     {
         m_backend = CountingBackend();
         m_shell = std::make_unique<ShellFixture>(m_backend);
+        m_backend.state = &m_shell->state;
     }
     void cleanup() { m_shell.reset(); }
 
