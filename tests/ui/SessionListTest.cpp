@@ -93,8 +93,9 @@ private Q_SLOTS:
     void init()
     {
         m_backend = CountingBackend();
-        m_shell = std::make_unique<ShellFixture>(m_backend);
+        m_shell = std::make_unique<ShellFixture>();
         m_backend.state = &m_shell->state;
+        m_shell->open(m_backend);
     }
     void cleanup() { m_shell.reset(); }
 

@@ -49,13 +49,16 @@ inline ShootSession makeSession(const QString &id, const QString &title, const Q
     return session;
 }
 
-// A temporary preferences file, the state on it, and a main window around them.
+// A temporary preferences file, the state on it, and (once a backend exists) a main window.
 struct ShellFixture {
-    explicit ShellFixture(ShellBackend &backend)
-        : preferences(dir.filePath(QStringLiteral("settings.ini"))), state(preferences)
+    ShellFixture() : preferences(dir.filePath(QStringLiteral("settings.ini"))), state(preferences)
     {
         state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
-        window = std::make_unique<ContentView>(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("http://127.0.0.1:8765"))));
+    }
+
+    void open(ShellBackend &backend, const QUrl &serviceUrl = QUrl(QStringLiteral("http://127.0.0.1:8765")))
+    {
+        window = std::make_unique<ContentView>(state, backend, desktop, ServiceLinks::forBaseUrl(serviceUrl));
         window->show();
     }
 
