@@ -150,7 +150,7 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
     m_errorLabel->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
     m_errorLabel->setAlignment(Qt::AlignCenter);
     m_errorLabel->setWordWrap(true);
-    m_errorLabel->setMaximumWidth(300);
+    m_errorLabel->setFixedWidth(300);
     Theme::setTextColor(m_errorLabel, QColor(255, 110, 100));
     stack->addWidget(m_errorLabel, 0, Qt::AlignHCenter);
 

@@ -4,6 +4,7 @@
 #include "platform/Preferences.h"
 #include "state/AppState.h"
 #include "ui/ContentView.h"
+#include "ui/LoginView.h"
 #include "ui/SessionListView.h"
 #include "ui/SettingsView.h"
 #include "ui/ShellBackend.h"
@@ -12,6 +13,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QListView>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -24,7 +26,7 @@ class StillBackend : public ShellBackend
 {
 public:
     QCoro::Task<QString> requestLoginCode(QString) override { co_return QString(); }
-    QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{}; }
+    QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{std::nullopt, QStringLiteral("Invalid or expired code")}; }
     void deleteCredential() override {}
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
@@ -110,7 +112,16 @@ int main(int argc, char **argv)
     ContentView window(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.vorlix.io"))));
     window.show();
 
+    window.setLoginHint(QStringLiteral("Demo: any e-mail address, code 123456"));
     bool ok = save(window, folder, QStringLiteral("login"));
+    // The code step after a refused code.
+    LoginView *login = window.loginView();
+    login->findChild<QLineEdit *>()->setText(QStringLiteral("anna.smith@example.com"));
+    login->sendCode();
+    settle();
+    login->findChildren<QLineEdit *>().at(1)->setText(QStringLiteral("123465"));
+    login->verify();
+    ok = save(window, folder, QStringLiteral("login-code-step")) && ok;
 
     state.signIn(QStringLiteral("anna.smith@example.com"), QStringLiteral("Anna Maria Smith"));
     state.setFootageFolders({QStringLiteral("/Volumes/Shuttle/2026-11 Harbour/Camera A"), QStringLiteral("/home/anna/Footage/Workshop")});
