@@ -6,10 +6,9 @@
 #include "ui/Icons.h"
 #include "ui/SettingsActions.h"
 #include "ui/SettingsLogic.h"
-#include "ui/SettingsPickers.h"
+#include "ui/SettingsControls.h"
 #include "ui/SignOut.h"
 #include "ui/Theme.h"
-#include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -67,7 +66,7 @@ InlineSettingsView::InlineSettingsView(AppState &state, ShellBackend &backend, D
     title->setContentsMargins(0, 0, 0, 24);
     stack->addWidget(title);
 
-    stack->addWidget(block(QStringLiteral("Appearance"), SettingsPickers::themeSegments(m_state)));
+    stack->addWidget(block(QStringLiteral("Appearance"), SettingsControls::themeSegments(m_state)));
     stack->addWidget(block(QStringLiteral("Editing"), buildEditing()));
     stack->addWidget(block(QStringLiteral("Footage Folders"), buildFolders()));
     stack->addWidget(block(QStringLiteral("Account"), buildAccount()));
@@ -108,10 +107,10 @@ QWidget *InlineSettingsView::block(const QString &title, QWidget *content)
 
 QWidget *InlineSettingsView::buildEditing()
 {
-    auto *nle = SettingsPickers::nlePicker(m_state);
+    auto *nle = SettingsControls::nlePicker(m_state);
     nle->setObjectName(QStringLiteral("nlePicker"));
     nle->setFixedWidth(240);
-    auto *fps = SettingsPickers::frameRatePicker(m_state);
+    auto *fps = SettingsControls::frameRatePicker(m_state);
     fps->setObjectName(QStringLiteral("fpsPicker"));
     fps->setFixedWidth(240);
     return column(12, {column(6, {Theme::label(QStringLiteral("Preferred NLE"), Theme::TextStyle::Caption, true), nle}),
@@ -207,29 +206,11 @@ void InlineSettingsView::refreshFolders()
         m_folderRows->addWidget(none);
         return;
     }
-    const qreal ratio = devicePixelRatioF();
+    const SettingsControls::FolderRowLook look{QStringLiteral("folder.fill"), Theme::indigo(), QStringLiteral("xmark.circle.fill"),
+                                               palette().color(QPalette::PlaceholderText), QStringLiteral("removeFolder"), 4};
     for (const QString &path : m_state.footageFolders()) {
-        auto *row = new QWidget;
+        QWidget *row = SettingsControls::folderRow(m_state, path, look);
         row->setObjectName(QStringLiteral("folderRow"));
-        auto *layout = new QHBoxLayout(row);
-        layout->setContentsMargins(0, 4, 0, 4);
-        layout->setSpacing(8);
-        auto *icon = new QLabel;
-        icon->setPixmap(Icons::pixmap(QStringLiteral("folder.fill"), 14, Theme::indigo(), ratio));
-        auto *text = new ElidedLabel(Qt::ElideMiddle);
-        text->setFont(Theme::font(Theme::TextStyle::Caption));
-        text->setText(path);
-        auto *remove = new QPushButton;
-        remove->setObjectName(QStringLiteral("removeFolder"));
-        remove->setFlat(true);
-        remove->setCursor(Qt::PointingHandCursor);
-        remove->setIcon(Icons::symbol(QStringLiteral("xmark.circle.fill"), palette().color(QPalette::PlaceholderText)));
-        remove->setIconSize(QSize(14, 14));
-        remove->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; }"));
-        connect(remove, &QPushButton::clicked, this, [this, path] { m_state.removeFootageFolder(path); });
-        layout->addWidget(icon);
-        layout->addWidget(text, 1);
-        layout->addWidget(remove);
         m_folderRows->addWidget(row);
     }
 }

@@ -48,6 +48,16 @@ const QString primaryStyle = QStringLiteral(
     "QPushButton:pressed { background: rgb(78,80,214); }"
     "QPushButton:disabled { background: rgba(93,96,242,110); color: rgba(255,255,255,140); }");
 
+QLineEdit *roundedField(const QString &placeholder)
+{
+    auto *field = new QLineEdit;
+    field->setPlaceholderText(placeholder);
+    field->setFixedWidth(280);
+    field->setFont(Theme::pixelFont(14));
+    field->setStyleSheet(fieldStyle);
+    return field;
+}
+
 } // namespace
 
 LoginView::LoginView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent)
@@ -91,6 +101,9 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
     stack->setContentsMargins(48, 48, 48, 48);
     stack->setSpacing(20);
 
+    // The logo and "SYNC" sit closer than the card's other items: one block with 10 of spacing.
+    auto *brand = new QVBoxLayout;
+    brand->setSpacing(10);
     QPixmap logo(QStringLiteral(":/nav-logo.png"));
     if (!logo.isNull()) {
         const qreal ratio = devicePixelRatioF();
@@ -100,27 +113,21 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
         logoLabel->setObjectName(QStringLiteral("logo"));
         logoLabel->setPixmap(logo);
         logoLabel->setAlignment(Qt::AlignCenter);
-        stack->addWidget(logoLabel, 0, Qt::AlignHCenter);
+        brand->addWidget(logoLabel, 0, Qt::AlignHCenter);
     }
 
     QFont syncFont = Theme::pixelFont(18, QFont::Bold);
     syncFont.setLetterSpacing(QFont::AbsoluteSpacing, 6);
     auto *sync = whiteLabel(QStringLiteral("SYNC"), syncFont, 0.7);
-    if (!logo.isNull())
-        sync->setContentsMargins(6, 0, 0, 0);
-    stack->addWidget(sync, 0, Qt::AlignHCenter);
-    if (!logo.isNull())
-        stack->insertSpacing(stack->indexOf(sync), -10);
+    sync->setContentsMargins(6, 0, 0, 0); // letter spacing also trails the last letter
+    brand->addWidget(sync, 0, Qt::AlignHCenter);
+    stack->addLayout(brand);
 
     m_emailStep = new QWidget;
     auto *emailLayout = new QVBoxLayout(m_emailStep);
     emailLayout->setContentsMargins(0, 0, 0, 0);
     emailLayout->setSpacing(12);
-    m_emailField = new QLineEdit;
-    m_emailField->setPlaceholderText(QStringLiteral("Email address"));
-    m_emailField->setFixedWidth(280);
-    m_emailField->setFont(Theme::pixelFont(14));
-    m_emailField->setStyleSheet(fieldStyle);
+    m_emailField = roundedField(QStringLiteral("Email address"));
     m_sendButton = primaryButton(QStringLiteral("Send login code"), m_sendSpinner);
     emailLayout->addWidget(m_emailField, 0, Qt::AlignHCenter);
     emailLayout->addWidget(m_sendButton, 0, Qt::AlignHCenter);
@@ -129,11 +136,7 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
     auto *codeLayout = new QVBoxLayout(m_codeStep);
     codeLayout->setContentsMargins(0, 0, 0, 0);
     codeLayout->setSpacing(12);
-    m_codeField = new QLineEdit;
-    m_codeField->setPlaceholderText(QStringLiteral("6-digit code"));
-    m_codeField->setFixedWidth(280);
-    m_codeField->setFont(Theme::pixelFont(14));
-    m_codeField->setStyleSheet(fieldStyle);
+    m_codeField = roundedField(QStringLiteral("6-digit code"));
     m_loginButton = primaryButton(QStringLiteral("Log in"), m_loginSpinner);
     auto *differentEmail = Theme::textButton(QStringLiteral("Use a different email"), Theme::font(Theme::TextStyle::Caption), white(0.6));
     differentEmail->setObjectName(QStringLiteral("differentEmail"));

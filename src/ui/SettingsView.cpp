@@ -2,13 +2,11 @@
 
 #include "state/AppState.h"
 #include "ui/CoalescedRefresh.h"
-#include "ui/Icons.h"
 #include "ui/SettingsActions.h"
 #include "ui/SettingsLogic.h"
-#include "ui/SettingsPickers.h"
+#include "ui/SettingsControls.h"
 #include "ui/SignOut.h"
 #include "ui/Theme.h"
-#include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -84,13 +82,13 @@ SettingsView::SettingsView(AppState &state, ShellBackend &backend, Desktop &desk
     form->addWidget(section(QStringLiteral("Footage Folders"), folders));
 
     auto *editing = new QFormLayout;
-    auto *nle = SettingsPickers::nlePicker(m_state);
+    auto *nle = SettingsControls::nlePicker(m_state);
     nle->setObjectName(QStringLiteral("windowNlePicker"));
     editing->addRow(rowLabel(QStringLiteral("Preferred NLE")), nle);
     form->addWidget(section(QStringLiteral("Editing Software"), editing));
 
     auto *appearance = new QFormLayout;
-    auto *theme = SettingsPickers::themePicker(m_state);
+    auto *theme = SettingsControls::themePicker(m_state);
     theme->setObjectName(QStringLiteral("windowThemePicker"));
     appearance->addRow(rowLabel(QStringLiteral("Theme")), theme);
     form->addWidget(section(QStringLiteral("Appearance"), appearance));
@@ -112,28 +110,11 @@ void SettingsView::refresh()
         delete item->widget();
         delete item;
     }
-    const qreal ratio = devicePixelRatioF();
+    const SettingsControls::FolderRowLook look{QStringLiteral("folder"), palette().color(QPalette::PlaceholderText), QStringLiteral("minus.circle"),
+                                               Theme::destructive(), QStringLiteral("windowRemoveFolder"), 2};
     for (const QString &path : m_state.footageFolders()) {
-        auto *row = new QWidget;
+        QWidget *row = SettingsControls::folderRow(m_state, path, look);
         row->setObjectName(QStringLiteral("windowFolderRow"));
-        auto *layout = new QHBoxLayout(row);
-        layout->setContentsMargins(0, 2, 0, 2);
-        layout->setSpacing(8);
-        auto *icon = new QLabel;
-        icon->setPixmap(Icons::pixmap(QStringLiteral("folder"), 14, palette().color(QPalette::PlaceholderText), ratio));
-        auto *text = new ElidedLabel(Qt::ElideMiddle);
-        text->setFont(Theme::font(Theme::TextStyle::Caption));
-        text->setText(path);
-        auto *remove = new QPushButton;
-        remove->setObjectName(QStringLiteral("windowRemoveFolder"));
-        remove->setFlat(true);
-        remove->setIcon(Icons::symbol(QStringLiteral("minus.circle"), Theme::destructive()));
-        remove->setIconSize(QSize(14, 14));
-        remove->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; }"));
-        connect(remove, &QPushButton::clicked, this, [this, path] { m_state.removeFootageFolder(path); });
-        layout->addWidget(icon);
-        layout->addWidget(text, 1);
-        layout->addWidget(remove);
         m_folderRows->addWidget(row);
     }
 }

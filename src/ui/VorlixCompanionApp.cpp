@@ -1,6 +1,9 @@
 #include "ui/VorlixCompanionApp.h"
 
+#include "media/FootageScanner.h"
 #include "platform/Preferences.h"
+#include "service/APIService.h"
+#include "service/ServiceUrl.h"
 #include "state/AppState.h"
 #include "ui/ContentView.h"
 #include "ui/ServiceShellBackend.h"
@@ -8,6 +11,7 @@
 #include "ui/WidgetDesktop.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QProcessEnvironment>
 
 VorlixCompanionApp::Options VorlixCompanionApp::parseOptions(const QStringList &arguments)
@@ -30,7 +34,7 @@ VorlixCompanionApp::Options VorlixCompanionApp::parseOptions(const QStringList &
     };
     Options options;
     options.settingsFile = pick(settings, QStringLiteral("VORLIX_SETTINGS_FILE"), QString());
-    options.serviceUrl = QUrl(pick(serviceUrl, QStringLiteral("VORLIX_SERVICE_URL"), QStringLiteral(VORLIX_DEFAULT_SERVICE_URL)));
+    options.serviceUrl = QUrl(resolveServiceUrl(parser.isSet(serviceUrl) ? std::optional<QString>(parser.value(serviceUrl)) : std::nullopt));
     options.loginHint = pick(loginHint, QStringLiteral("VORLIX_LOGIN_HINT"), QString());
     return options;
 }
@@ -41,7 +45,14 @@ VorlixCompanionApp::VorlixCompanionApp(const Options &options, QObject *parent) 
     m_state = std::make_unique<AppState>(*m_preferences);
     m_state->setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     m_desktop = std::make_unique<WidgetDesktop>();
-    m_backend = std::make_unique<ServiceShellBackend>(*m_state, options.serviceUrl);
+    // A separate profile signs in separately: its cookie is a credential item of its own.
+    const QString account = options.settingsFile.isEmpty()
+                                ? QStringLiteral("session_cookie")
+                                : QStringLiteral("session_cookie:") + QFileInfo(options.settingsFile).absoluteFilePath();
+    m_api = std::make_unique<APIService>(options.serviceUrl.toString(QUrl::StripTrailingSlash),
+                                         CredentialStore(QStringLiteral("io.vorlix.sync"), account));
+    m_scanner = std::make_unique<FootageScanner>(*m_state);
+    m_backend = std::make_unique<ServiceShellBackend>(*m_state, *m_api, *m_scanner);
     m_window = std::make_unique<ContentView>(*m_state, *m_backend, *m_desktop, ServiceLinks::forBaseUrl(options.serviceUrl));
     m_window->setLoginHint(options.loginHint);
     m_desktop->setWindow(m_window.get());

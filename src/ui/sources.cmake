@@ -11,7 +11,7 @@ target_sources(vorlix_ui PRIVATE
   ui/SettingsLogic.h ui/SettingsLogic.cpp
   ui/SignOut.h ui/SignOut.cpp
   ui/SettingsActions.h ui/SettingsActions.cpp
-  ui/SettingsPickers.h ui/SettingsPickers.cpp
+  ui/SettingsControls.h ui/SettingsControls.cpp
   ui/widgets/Spinner.h ui/widgets/Spinner.cpp
   ui/widgets/ElidedLabel.h ui/widgets/ElidedLabel.cpp
   ui/LoginView.h ui/LoginView.cpp

@@ -1,16 +1,19 @@
-#include "ui/SettingsPickers.h"
+#include "ui/SettingsControls.h"
 
 #include "state/AppState.h"
 #include "ui/SettingsActions.h"
 #include "ui/SettingsLogic.h"
+#include "ui/Icons.h"
 #include "ui/Theme.h"
+#include "ui/widgets/ElidedLabel.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
-namespace SettingsPickers {
+namespace SettingsControls {
 namespace {
 
 template <typename Value, typename Signal>
@@ -86,4 +89,29 @@ QComboBox *frameRatePicker(AppState &state)
                        [&state](int value) { SettingsActions::setDefaultFps(state, value); }, &AppState::defaultFpsChanged);
 }
 
-} // namespace SettingsPickers
+QWidget *folderRow(AppState &state, const QString &path, const FolderRowLook &look)
+{
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, look.verticalPadding, 0, look.verticalPadding);
+    layout->setSpacing(8);
+    auto *icon = new QLabel;
+    icon->setPixmap(Icons::pixmap(look.icon, 14, look.iconColor, row->devicePixelRatioF()));
+    auto *text = new ElidedLabel(Qt::ElideMiddle);
+    text->setFont(Theme::font(Theme::TextStyle::Caption));
+    text->setText(path);
+    auto *remove = new QPushButton;
+    remove->setObjectName(look.removeButtonName);
+    remove->setFlat(true);
+    remove->setCursor(Qt::PointingHandCursor);
+    remove->setIcon(Icons::symbol(look.removeIcon, look.removeColor));
+    remove->setIconSize(QSize(14, 14));
+    remove->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; }"));
+    QObject::connect(remove, &QPushButton::clicked, row, [&state, path] { state.removeFootageFolder(path); });
+    layout->addWidget(icon);
+    layout->addWidget(text, 1);
+    layout->addWidget(remove);
+    return row;
+}
+
+} // namespace SettingsControls
