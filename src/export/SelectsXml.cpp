@@ -1,0 +1,96 @@
+#include "export/SelectsXml.h"
+
+#include "export/ExportClips.h"
+#include "export/TextCleaning.h"
+#include "export/XmemlText.h"
+#include "timecode/Timecode.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString selectName(const ShootMarker &select, const QHash<QString, QString> &grades)
+{
+    QString name = select.summary.value_or(select.raw.value_or("Select"_L1));
+    const auto grade = grades.constFind(select.id);
+    if (grade != grades.constEnd())
+        name += " [Grade "_L1 + *grade + u']';
+    return safeXML(name);
+}
+
+void appendLinks(XmemlText &text, const QString &n)
+{
+    text.link(10, "clipitem-v"_L1 + n, "video"_L1, 1);
+    text.link(10, "clipitem-a"_L1 + n, "audio"_L1, 1);
+}
+
+} // namespace
+
+QString generateSelectsXML(const ShootSession &session, const QSet<QString> &selectedSegmentIds,
+                           const QHash<QString, QString> &segmentGrades)
+{
+    QList<const ShootMarker *> selects;
+    for (const ShootMarker &marker : session.markers) {
+        if (selectedSegmentIds.contains(marker.id))
+            selects.append(&marker);
+    }
+    if (selects.isEmpty())
+        return {};
+    std::stable_sort(selects.begin(), selects.end(),
+                     [](const ShootMarker *a, const ShootMarker *b) { return a->createdAt < b->createdAt; });
+
+    const int fps = session.fps;
+    QList<ClipSpan> spans;
+    for (const MediaClip *clip : clipsInTimecodeOrder(session.matchedClips))
+        spans.append(clipSpan(*clip, fps));
+
+    XmemlText video(4096 + selects.size() * 5000, fps);
+    XmemlText audio(selects.size() * 2000, fps);
+    qint64 position = 0;
+    for (qsizetype i = 0; i < selects.size(); ++i) {
+        const ShootMarker &select = *selects[i];
+        const qint64 inFrame = tcToFrames(select.timecode, fps);
+        const auto span = std::find_if(spans.cbegin(), spans.cend(),
+                                       [inFrame](const ClipSpan &s) { return s.contains(inFrame); });
+        if (span == spans.cend())
+            continue;
+        const qint64 outFrame = select.timecodeOut ? tcToFrames(*select.timecodeOut, fps)
+                                                   : Frames::add(inFrame, qint64(fps) * 10);
+        const qint64 start = position;
+        const qint64 end = Frames::add(position, Frames::subtract(outFrame, inFrame));
+        const qint64 sourceIn = Frames::subtract(inFrame, span->start);
+        const qint64 sourceOut = Frames::subtract(outFrame, span->start);
+        const QString n = QString::number(i + 1);
+        const QString name = selectName(select, segmentGrades);
+
+        video.clipItemOpening(8, "clipitem-v"_L1 + n, name, span->frames, sourceIn, sourceOut, start, end);
+        video.fileElement(10, "file-"_L1 + n, safeXML(span->clip->filename), *span);
+        appendLinks(video, n);
+        video.line(8, "</clipitem>"_L1);
+
+        audio.clipItemOpening(8, "clipitem-a"_L1 + n, name, span->frames, sourceIn, sourceOut, start, end);
+        audio.line(10, "<file id=\"file-"_L1, n, "\"/>"_L1);
+        appendLinks(audio, n);
+        audio.line(8, "</clipitem>"_L1);
+        position = end;
+    }
+
+    XmemlText text(4096 + selects.size() * 7000, fps);
+    text.sequenceHeader(safeXML(session.title) + " - Selects"_L1, position, "01:00:00:00"_L1, qint64(fps) * 3600);
+    text.line(4, "<media>"_L1);
+    text.line(6, "<video>"_L1);
+    text.line(8, "<track>"_L1);
+    text.append(video.take());
+    text.line(8, "</track>"_L1);
+    text.line(6, "</video>"_L1);
+    text.line(6, "<audio>"_L1);
+    text.line(8, "<track>"_L1);
+    text.append(audio.take());
+    text.line(8, "</track>"_L1);
+    text.line(8, "<track/>"_L1);
+    text.line(6, "</audio>"_L1);
+    text.sequenceEnd();
+    return text.take();
+}
