@@ -1,0 +1,1 @@
+vorlix_add_test(tst_exportdocuments SOURCES export/ExportDocumentsTest.cpp export/ExpectedDocuments.h export/ExpectedDocuments.cpp)
