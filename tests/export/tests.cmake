@@ -1,1 +1,3 @@
 vorlix_add_test(tst_exportdocuments SOURCES export/ExportDocumentsTest.cpp export/ExpectedDocuments.h export/ExpectedDocuments.cpp)
+vorlix_add_test(tst_exportproperties SOURCES export/ExportPropertiesTest.cpp)
+vorlix_add_test(tst_editorhandoff SOURCES export/EditorHandoffTest.cpp)
