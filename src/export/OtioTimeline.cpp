@@ -18,43 +18,41 @@ QString otioText(QStringView text)
     return jsonEscaped(safeASCII(text).replace(u'"', u'\''));
 }
 
-void appendMarker(QString &list, const ShootMarker &marker, qint64 offset, int rate)
+void appendMarker(QString &text, bool first, const ShootMarker &marker, qint64 offset, int rate)
 {
-    if (!list.isEmpty())
-        list += ",\n"_L1;
-    list += "{\n    \"OTIO_SCHEMA\": \"Marker.2\",\n    \"name\": \""_L1;
-    list += otioText(markerLabel(marker));
-    list += "\",\n    \"color\": \""_L1;
-    list += markerTypeOtioColor(marker.markerType);
-    list += "\",\n    \"metadata\": {\"note\": \""_L1;
-    list += otioText(marker.quote.value_or(QString()));
-    list += "\"},\n    \"marked_range\": "_L1;
-    list += timeRange(offset, 1, rate);
-    list += "\n}"_L1;
+    if (!first)
+        text += ",\n"_L1;
+    text += "{\n    \"OTIO_SCHEMA\": \"Marker.2\",\n    \"name\": \""_L1;
+    text += otioText(markerLabel(marker));
+    text += "\",\n    \"color\": \""_L1;
+    text += markerTypeOtioColor(marker.markerType);
+    text += "\",\n    \"metadata\": {\"note\": \""_L1;
+    text += otioText(marker.quote.value_or(QString()));
+    text += "\"},\n    \"marked_range\": "_L1;
+    text += timeRange(offset, 1, rate);
+    text += "\n}"_L1;
 }
 
-QString gap(const ShootSession &session)
+void appendGap(QString &text, const ShootSession &session)
 {
     const int fps = session.fps;
     const MarkerIndex frames(session.markers, fps);
     const qint64 first = frames.earliest();
-    const qint64 last = frames.latest();
-    QString markers;
-    markers.reserve(session.markers.size() * 420);
+    const qint64 total = Frames::subtract(Frames::add(frames.latest(), qint64(fps) * 10), first);
+    text += "{\n    \"OTIO_SCHEMA\": \"Gap.1\",\n    \"name\": \"\",\n    \"metadata\": {},\n    \"effects\": [],\n"
+            "    \"markers\": ["_L1;
     for (qsizetype i = 0; i < session.markers.size(); ++i)
-        appendMarker(markers, session.markers[i], Frames::subtract(frames.frame(i), first), fps);
-    const qint64 total = Frames::subtract(Frames::add(last, qint64(fps) * 10), first);
-    return "{\n    \"OTIO_SCHEMA\": \"Gap.1\",\n    \"name\": \"\",\n    \"metadata\": {},\n    \"effects\": [],\n"
-           "    \"markers\": ["_L1
-           + markers + "],\n    \"source_range\": "_L1 + timeRange(0, total, fps) + "\n}"_L1;
+        appendMarker(text, i == 0, session.markers[i], Frames::subtract(frames.frame(i), first), fps);
+    text += "],\n    \"source_range\": "_L1;
+    text += timeRange(0, total, fps);
+    text += "\n}"_L1;
 }
 
-QString clips(const ShootSession &session)
+void appendClips(QString &text, const ShootSession &session)
 {
     std::map<int, MarkerIndex> indexByRate;
     QSet<QString> seenNames;
-    QString children;
-    children.reserve(session.matchedClips.size() * 1200 + session.markers.size() * 420);
+    bool firstClip = true;
     for (const MediaClip *clip : clipsInTimecodeOrder(session.matchedClips)) {
         if (seenNames.contains(clip->filename))
             continue;
@@ -62,27 +60,26 @@ QString clips(const ShootSession &session)
         const int rate = clip->detectedFps.value_or(session.fps);
         const MarkerIndex &frames = indexByRate.try_emplace(rate, session.markers, rate).first->second;
         const ClipSpan span = clipSpan(*clip, rate);
-        QString markers;
-        for (qsizetype m : frames.within(span.start, span.end()))
-            appendMarker(markers, session.markers[m], Frames::subtract(frames.frame(m), span.start), rate);
         const QString range = timeRange(span.start, span.frames, rate);
-        if (!children.isEmpty())
-            children += ",\n"_L1;
-        children += "{\n    \"OTIO_SCHEMA\": \"Clip.1\",\n    \"name\": \""_L1;
-        children += jsonEscaped(safeASCII(clip->filename));
-        children += "\",\n    \"metadata\": {},\n    \"effects\": [],\n    \"markers\": ["_L1;
-        children += markers;
-        children += "],\n    \"media_reference\": {\n        \"OTIO_SCHEMA\": \"ExternalReference.1\",\n"
-                    "        \"target_url\": \"file://"_L1;
+        if (!firstClip)
+            text += ",\n"_L1;
+        firstClip = false;
+        text += "{\n    \"OTIO_SCHEMA\": \"Clip.1\",\n    \"name\": \""_L1;
+        text += jsonEscaped(safeASCII(clip->filename));
+        text += "\",\n    \"metadata\": {},\n    \"effects\": [],\n    \"markers\": ["_L1;
+        const QList<qsizetype> inside = frames.within(span.start, span.end());
+        for (qsizetype m : inside)
+            appendMarker(text, m == inside.first(), session.markers[m], Frames::subtract(frames.frame(m), span.start), rate);
+        text += "],\n    \"media_reference\": {\n        \"OTIO_SCHEMA\": \"ExternalReference.1\",\n"
+                "        \"target_url\": \"file://"_L1;
         // Percent-encoding leaves neither a double quote nor a backslash in the path.
-        children += percentEncodedPath(clip->path);
-        children += "\",\n        \"available_range\": "_L1;
-        children += range;
-        children += ",\n        \"metadata\": {}\n    },\n    \"source_range\": "_L1;
-        children += range;
-        children += "\n}"_L1;
+        text += percentEncodedPath(clip->path);
+        text += "\",\n        \"available_range\": "_L1;
+        text += range;
+        text += ",\n        \"metadata\": {}\n    },\n    \"source_range\": "_L1;
+        text += range;
+        text += "\n}"_L1;
     }
-    return children;
 }
 
 } // namespace
@@ -101,9 +98,8 @@ QString timeRange(qint64 start, qint64 duration, int rate)
 
 QString generateOTIO(const ShootSession &session)
 {
-    const QString children = session.matchedClips.isEmpty() ? gap(session) : clips(session);
     QString text;
-    text.reserve(children.size() + 1024);
+    text.reserve(2048 + session.matchedClips.size() * 1200 + session.markers.size() * 500);
     text += "{\n    \"OTIO_SCHEMA\": \"Timeline.1\",\n    \"name\": \""_L1;
     text += otioText(session.title);
     text += "\",\n    \"metadata\": {\"vorlix\": true},\n    \"global_start_time\": "_L1;
@@ -122,7 +118,10 @@ QString generateOTIO(const ShootSession &session)
             "                \"markers\": [],\n"
             "                \"source_range\": null,\n"
             "                \"children\": ["_L1;
-    text += children;
+    if (session.matchedClips.isEmpty())
+        appendGap(text, session);
+    else
+        appendClips(text, session);
     text += "]\n"
             "            }\n"
             "        ],\n"

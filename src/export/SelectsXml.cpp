@@ -46,8 +46,16 @@ QString generateSelectsXML(const ShootSession &session, const QSet<QString> &sel
     for (const MediaClip *clip : clipsInTimecodeOrder(session.matchedClips))
         spans.append(clipSpan(*clip, fps));
 
-    XmemlText video(4096 + selects.size() * 5000, fps);
-    XmemlText audio(selects.size() * 2000, fps);
+    // Places first, so the header can carry the final length and the items go straight into the
+    // document without a second copy.
+    struct Placement {
+        const ShootMarker *select;
+        const ClipSpan *span;
+        qsizetype n;
+        qint64 sourceIn, sourceOut, start, end;
+    };
+    QList<Placement> placements;
+    placements.reserve(selects.size());
     qint64 position = 0;
     for (qsizetype i = 0; i < selects.size(); ++i) {
         const ShootMarker &select = *selects[i];
@@ -58,36 +66,39 @@ QString generateSelectsXML(const ShootSession &session, const QSet<QString> &sel
             continue;
         const qint64 outFrame = select.timecodeOut ? tcToFrames(*select.timecodeOut, fps)
                                                    : Frames::add(inFrame, qint64(fps) * 10);
-        const qint64 start = position;
         const qint64 end = Frames::add(position, Frames::subtract(outFrame, inFrame));
-        const qint64 sourceIn = Frames::subtract(inFrame, span->start);
-        const qint64 sourceOut = Frames::subtract(outFrame, span->start);
-        const QString n = QString::number(i + 1);
-        const QString name = selectName(select, segmentGrades);
-
-        video.clipItemOpening(8, "clipitem-v"_L1 + n, name, span->frames, sourceIn, sourceOut, start, end);
-        video.fileElement(10, "file-"_L1 + n, safeXML(span->clip->filename), *span);
-        appendLinks(video, n);
-        video.line(8, "</clipitem>"_L1);
-
-        audio.clipItemOpening(8, "clipitem-a"_L1 + n, name, span->frames, sourceIn, sourceOut, start, end);
-        audio.line(10, "<file id=\"file-"_L1, n, "\"/>"_L1);
-        appendLinks(audio, n);
-        audio.line(8, "</clipitem>"_L1);
+        placements.append({&select, &*span, i + 1, Frames::subtract(inFrame, span->start),
+                           Frames::subtract(outFrame, span->start), position, end});
         position = end;
     }
 
-    XmemlText text(4096 + selects.size() * 7000, fps);
+    XmemlText text(4096 + placements.size() * 3200, fps);
     text.sequenceHeader(safeXML(session.title) + " - Selects"_L1, position, "01:00:00:00"_L1, qint64(fps) * 3600);
     text.line(4, "<media>"_L1);
     text.line(6, "<video>"_L1);
     text.line(8, "<track>"_L1);
-    text.append(video.take());
+    QStringList names;
+    names.reserve(placements.size());
+    for (const Placement &p : placements) {
+        const QString n = QString::number(p.n);
+        names.append(selectName(*p.select, segmentGrades));
+        text.clipItemOpening(8, "clipitem-v"_L1 + n, names.last(), p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
+        text.fileElement(10, "file-"_L1 + n, safeXML(p.span->clip->filename), *p.span);
+        appendLinks(text, n);
+        text.line(8, "</clipitem>"_L1);
+    }
     text.line(8, "</track>"_L1);
     text.line(6, "</video>"_L1);
     text.line(6, "<audio>"_L1);
     text.line(8, "<track>"_L1);
-    text.append(audio.take());
+    for (qsizetype i = 0; i < placements.size(); ++i) {
+        const Placement &p = placements[i];
+        const QString n = QString::number(p.n);
+        text.clipItemOpening(8, "clipitem-a"_L1 + n, names[i], p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
+        text.line(10, "<file id=\"file-"_L1, n, "\"/>"_L1);
+        appendLinks(text, n);
+        text.line(8, "</clipitem>"_L1);
+    }
     text.line(8, "</track>"_L1);
     text.line(8, "<track/>"_L1);
     text.line(6, "</audio>"_L1);
