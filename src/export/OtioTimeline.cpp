@@ -21,16 +21,16 @@ QString otioText(QStringView text)
 void appendMarker(QString &text, bool first, const ShootMarker &marker, qint64 offset, int rate)
 {
     if (!first)
-        text += ",\n"_L1;
-    text += "{\n    \"OTIO_SCHEMA\": \"Marker.2\",\n    \"name\": \""_L1;
+        text += u",\n"_s;
+    text += u"{\n    \"OTIO_SCHEMA\": \"Marker.2\",\n    \"name\": \""_s;
     text += otioText(markerLabel(marker));
-    text += "\",\n    \"color\": \""_L1;
+    text += u"\",\n    \"color\": \""_s;
     text += markerTypeOtioColor(marker.markerType);
-    text += "\",\n    \"metadata\": {\"note\": \""_L1;
+    text += u"\",\n    \"metadata\": {\"note\": \""_s;
     text += otioText(marker.quote.value_or(QString()));
-    text += "\"},\n    \"marked_range\": "_L1;
+    text += u"\"},\n    \"marked_range\": "_s;
     text += timeRange(offset, 1, rate);
-    text += "\n}"_L1;
+    text += u"\n}"_s;
 }
 
 void appendGap(QString &text, const ShootSession &session)
@@ -39,13 +39,13 @@ void appendGap(QString &text, const ShootSession &session)
     const MarkerIndex frames(session.markers, fps);
     const qint64 first = frames.earliest();
     const qint64 total = Frames::subtract(Frames::add(frames.latest(), qint64(fps) * 10), first);
-    text += "{\n    \"OTIO_SCHEMA\": \"Gap.1\",\n    \"name\": \"\",\n    \"metadata\": {},\n    \"effects\": [],\n"
-            "    \"markers\": ["_L1;
+    text += u"{\n    \"OTIO_SCHEMA\": \"Gap.1\",\n    \"name\": \"\",\n    \"metadata\": {},\n    \"effects\": [],\n"
+            u"    \"markers\": ["_s;
     for (qsizetype i = 0; i < session.markers.size(); ++i)
         appendMarker(text, i == 0, session.markers[i], Frames::subtract(frames.frame(i), first), fps);
-    text += "],\n    \"source_range\": "_L1;
+    text += u"],\n    \"source_range\": "_s;
     text += timeRange(0, total, fps);
-    text += "\n}"_L1;
+    text += u"\n}"_s;
 }
 
 void appendClips(QString &text, const ShootSession &session)
@@ -62,23 +62,23 @@ void appendClips(QString &text, const ShootSession &session)
         const ClipSpan span = clipSpan(*clip, rate);
         const QString range = timeRange(span.start, span.frames, rate);
         if (!firstClip)
-            text += ",\n"_L1;
+            text += u",\n"_s;
         firstClip = false;
-        text += "{\n    \"OTIO_SCHEMA\": \"Clip.1\",\n    \"name\": \""_L1;
+        text += u"{\n    \"OTIO_SCHEMA\": \"Clip.1\",\n    \"name\": \""_s;
         text += jsonEscaped(safeASCII(clip->filename));
-        text += "\",\n    \"metadata\": {},\n    \"effects\": [],\n    \"markers\": ["_L1;
+        text += u"\",\n    \"metadata\": {},\n    \"effects\": [],\n    \"markers\": ["_s;
         const QList<qsizetype> inside = frames.within(span.start, span.end());
         for (qsizetype m : inside)
             appendMarker(text, m == inside.first(), session.markers[m], Frames::subtract(frames.frame(m), span.start), rate);
-        text += "],\n    \"media_reference\": {\n        \"OTIO_SCHEMA\": \"ExternalReference.1\",\n"
-                "        \"target_url\": \"file://"_L1;
+        text += u"],\n    \"media_reference\": {\n        \"OTIO_SCHEMA\": \"ExternalReference.1\",\n"
+                u"        \"target_url\": \"file://"_s;
         // Percent-encoding leaves neither a double quote nor a backslash in the path.
         text += percentEncodedPath(clip->path);
-        text += "\",\n        \"available_range\": "_L1;
+        text += u"\",\n        \"available_range\": "_s;
         text += range;
-        text += ",\n        \"metadata\": {}\n    },\n    \"source_range\": "_L1;
+        text += u",\n        \"metadata\": {}\n    },\n    \"source_range\": "_s;
         text += range;
-        text += "\n}"_L1;
+        text += u"\n}"_s;
     }
 }
 
@@ -86,13 +86,13 @@ void appendClips(QString &text, const ShootSession &session)
 
 QString rationalTime(qint64 value, int rate)
 {
-    return "{\"OTIO_SCHEMA\": \"RationalTime.1\", \"value\": "_L1 + QString::number(value) + ", \"rate\": "_L1
-           + QString::number(rate) + ".0}"_L1;
+    return u"{\"OTIO_SCHEMA\": \"RationalTime.1\", \"value\": "_s + QString::number(value) + u", \"rate\": "_s
+           + QString::number(rate) + u".0}"_s;
 }
 
 QString timeRange(qint64 start, qint64 duration, int rate)
 {
-    return "{\"OTIO_SCHEMA\": \"TimeRange.1\", \"start_time\": "_L1 + rationalTime(start, rate) + ", \"duration\": "_L1
+    return u"{\"OTIO_SCHEMA\": \"TimeRange.1\", \"start_time\": "_s + rationalTime(start, rate) + u", \"duration\": "_s
            + rationalTime(duration, rate) + u'}';
 }
 
@@ -100,35 +100,35 @@ QString generateOTIO(const ShootSession &session)
 {
     QString text;
     text.reserve(2048 + session.matchedClips.size() * 1200 + session.markers.size() * 500);
-    text += "{\n    \"OTIO_SCHEMA\": \"Timeline.1\",\n    \"name\": \""_L1;
+    text += u"{\n    \"OTIO_SCHEMA\": \"Timeline.1\",\n    \"name\": \""_s;
     text += otioText(session.title);
-    text += "\",\n    \"metadata\": {\"vorlix\": true},\n    \"global_start_time\": "_L1;
+    text += u"\",\n    \"metadata\": {\"vorlix\": true},\n    \"global_start_time\": "_s;
     text += rationalTime(0, session.fps);
-    text += ",\n"
-            "    \"tracks\": {\n"
-            "        \"OTIO_SCHEMA\": \"Stack.1\",\n"
-            "        \"name\": \"tracks\",\n"
-            "        \"children\": [\n"
-            "            {\n"
-            "                \"OTIO_SCHEMA\": \"Track.1\",\n"
-            "                \"name\": \"V1\",\n"
-            "                \"kind\": \"Video\",\n"
-            "                \"metadata\": {},\n"
-            "                \"effects\": [],\n"
-            "                \"markers\": [],\n"
-            "                \"source_range\": null,\n"
-            "                \"children\": ["_L1;
+    text += u",\n"
+            u"    \"tracks\": {\n"
+            u"        \"OTIO_SCHEMA\": \"Stack.1\",\n"
+            u"        \"name\": \"tracks\",\n"
+            u"        \"children\": [\n"
+            u"            {\n"
+            u"                \"OTIO_SCHEMA\": \"Track.1\",\n"
+            u"                \"name\": \"V1\",\n"
+            u"                \"kind\": \"Video\",\n"
+            u"                \"metadata\": {},\n"
+            u"                \"effects\": [],\n"
+            u"                \"markers\": [],\n"
+            u"                \"source_range\": null,\n"
+            u"                \"children\": ["_s;
     if (session.matchedClips.isEmpty())
         appendGap(text, session);
     else
         appendClips(text, session);
-    text += "]\n"
-            "            }\n"
-            "        ],\n"
-            "        \"effects\": [],\n"
-            "        \"markers\": [],\n"
-            "        \"source_range\": null\n"
-            "    }\n"
-            "}"_L1;
+    text += u"]\n"
+            u"            }\n"
+            u"        ],\n"
+            u"        \"effects\": [],\n"
+            u"        \"markers\": [],\n"
+            u"        \"source_range\": null\n"
+            u"    }\n"
+            u"}"_s;
     return text;
 }

@@ -15,7 +15,7 @@ namespace {
 
 QString markerName(const ShootMarker &marker)
 {
-    return safeXML(u'[' + markerTypePrefix(marker.markerType) + "] "_L1 + markerLabel(marker));
+    return safeXML(u'[' + markerTypePrefix(marker.markerType) + u"] "_s + markerLabel(marker));
 }
 
 QString markerComment(const ShootMarker &marker)
@@ -41,29 +41,29 @@ QString sequenceWithoutClips(const ShootSession &session)
 
     XmemlText text(2048 + session.markers.size() * 320, fps);
     text.sequenceHeader(safeXML(session.title), duration, headerTimecode, start);
-    text.line(4, "<media>"_L1);
-    text.line(6, "<video>"_L1);
-    text.line(8, "<format>"_L1);
-    text.line(10, "<samplecharacteristics>"_L1);
-    text.line(12, "<width>1920</width>"_L1);
-    text.line(12, "<height>1080</height>"_L1);
-    text.line(12, "<pixelaspectratio>square</pixelaspectratio>"_L1);
-    text.line(12, "<fielddominance>none</fielddominance>"_L1);
-    text.line(10, "</samplecharacteristics>"_L1);
-    text.line(8, "</format>"_L1);
-    text.line(8, "<track/>"_L1);
-    text.line(6, "</video>"_L1);
-    text.line(6, "<audio>"_L1);
-    text.line(8, "<format>"_L1);
-    text.line(10, "<samplecharacteristics>"_L1);
-    text.line(12, "<samplerate>48000</samplerate>"_L1);
-    text.line(12, "<depth>16</depth>"_L1);
-    text.line(12, "<samplesize>16</samplesize>"_L1);
-    text.line(10, "</samplecharacteristics>"_L1);
-    text.line(8, "</format>"_L1);
-    text.line(8, "<track/>"_L1);
-    text.line(6, "</audio>"_L1);
-    text.line(4, "</media>"_L1);
+    text.line(4, u"<media>"_s);
+    text.line(6, u"<video>"_s);
+    text.line(8, u"<format>"_s);
+    text.line(10, u"<samplecharacteristics>"_s);
+    text.line(12, u"<width>1920</width>"_s);
+    text.line(12, u"<height>1080</height>"_s);
+    text.line(12, u"<pixelaspectratio>square</pixelaspectratio>"_s);
+    text.line(12, u"<fielddominance>none</fielddominance>"_s);
+    text.line(10, u"</samplecharacteristics>"_s);
+    text.line(8, u"</format>"_s);
+    text.line(8, u"<track/>"_s);
+    text.line(6, u"</video>"_s);
+    text.line(6, u"<audio>"_s);
+    text.line(8, u"<format>"_s);
+    text.line(10, u"<samplecharacteristics>"_s);
+    text.line(12, u"<samplerate>48000</samplerate>"_s);
+    text.line(12, u"<depth>16</depth>"_s);
+    text.line(12, u"<samplesize>16</samplesize>"_s);
+    text.line(10, u"</samplecharacteristics>"_s);
+    text.line(8, u"</format>"_s);
+    text.line(8, u"<track/>"_s);
+    text.line(6, u"</audio>"_s);
+    text.line(4, u"</media>"_s);
     for (qsizetype i = 0; i < session.markers.size(); ++i) {
         const ShootMarker &marker = session.markers[i];
         const qint64 in = Frames::subtract(frames.frame(i), start);
@@ -72,30 +72,30 @@ QString sequenceWithoutClips(const ShootSession &session)
                                : -1;
         appendMarker(text, 10, marker, in, out);
     }
-    text.line(2, "</sequence>"_L1);
-    text.line(0, "</xmeml>"_L1);
+    text.line(2, u"</sequence>"_s);
+    text.line(0, u"</xmeml>"_s);
     return text.take();
 }
 
 void appendLinks(XmemlText &text, const QString &n)
 {
-    text.link(6, "clipitem-v"_L1 + n, "video"_L1, 1);
-    text.link(6, "clipitem-a"_L1 + n + "-1"_L1, "audio"_L1, 1);
-    text.link(6, "clipitem-a"_L1 + n + "-2"_L1, "audio"_L1, 2);
+    text.link(6, u"clipitem-v"_s + n, u"video"_s, 1);
+    text.link(6, u"clipitem-a"_s + n + u"-1"_s, u"audio"_s, 1);
+    text.link(6, u"clipitem-a"_s + n + u"-2"_s, u"audio"_s, 2);
 }
 
 void appendAudioItem(XmemlText &text, const QString &n, int k, const QString &name, const ClipSpan &span,
                      qint64 start, qint64 sourceTrack)
 {
-    text.clipItemOpening(4, "clipitem-a"_L1 + n + u'-' + QString::number(k), name, span.frames, 0, span.frames,
+    text.clipItemOpening(4, u"clipitem-a"_s + n + u'-' + QString::number(k), name, span.frames, 0, span.frames,
                          start, Frames::add(start, span.frames));
-    text.line(6, "<file id=\"file-"_L1, n, "\"/>"_L1);
-    text.line(6, "<sourcetrack>"_L1);
-    text.line(8, "<mediatype>audio</mediatype>"_L1);
-    text.line(8, "<trackindex>"_L1, QString::number(sourceTrack), "</trackindex>"_L1);
-    text.line(6, "</sourcetrack>"_L1);
+    text.line(6, u"<file id=\"file-"_s, n, u"\"/>"_s);
+    text.line(6, u"<sourcetrack>"_s);
+    text.line(8, u"<mediatype>audio</mediatype>"_s);
+    text.line(8, u"<trackindex>"_s, QString::number(sourceTrack), u"</trackindex>"_s);
+    text.line(6, u"</sourcetrack>"_s);
     appendLinks(text, n);
-    text.line(4, "</clipitem>"_L1);
+    text.line(4, u"</clipitem>"_s);
 }
 
 QString sequenceWithClips(const ShootSession &session, int sourceTrack)
@@ -117,45 +117,45 @@ QString sequenceWithClips(const ShootSession &session, int sourceTrack)
 
     const MediaClip &firstClip = *spans.first().clip;
     video.sequenceHeader(safeXML(session.title), Frames::subtract(seqEnd, seqStart), spans.first().timecode, seqStart);
-    video.line(4, "<format>"_L1);
-    video.line(6, "<samplecharacteristics>"_L1);
-    video.line(8, "<width>"_L1, QString::number(firstClip.width.value_or(1920)), "</width>"_L1);
-    video.line(8, "<height>"_L1, QString::number(firstClip.height.value_or(1080)), "</height>"_L1);
-    video.line(6, "</samplecharacteristics>"_L1);
-    video.line(4, "</format>"_L1);
-    video.line(4, "<media>"_L1);
-    video.line(6, "<video>"_L1);
-    video.line(8, "<track>"_L1);
+    video.line(4, u"<format>"_s);
+    video.line(6, u"<samplecharacteristics>"_s);
+    video.line(8, u"<width>"_s, QString::number(firstClip.width.value_or(1920)), u"</width>"_s);
+    video.line(8, u"<height>"_s, QString::number(firstClip.height.value_or(1080)), u"</height>"_s);
+    video.line(6, u"</samplecharacteristics>"_s);
+    video.line(4, u"</format>"_s);
+    video.line(4, u"<media>"_s);
+    video.line(6, u"<video>"_s);
+    video.line(8, u"<track>"_s);
 
     for (qsizetype c = 0; c < spans.size(); ++c) {
         const ClipSpan &span = spans[c];
         const QString n = QString::number(c + 1);
         const QString name = safeXML(span.clip->filename);
         const qint64 start = Frames::subtract(span.start, seqStart);
-        video.clipItemOpening(4, "clipitem-v"_L1 + n, name, span.frames, 0, span.frames, start,
+        video.clipItemOpening(4, u"clipitem-v"_s + n, name, span.frames, 0, span.frames, start,
                               Frames::add(start, span.frames));
-        video.fileElement(6, "file-"_L1 + n, name, span);
+        video.fileElement(6, u"file-"_s + n, name, span);
         for (qsizetype m : frames.within(span.start, span.end())) {
             const ShootMarker &marker = session.markers[m];
             const qint64 out = marker.timecodeOut ? Frames::subtract(tcToFrames(*marker.timecodeOut, fps), span.start) : -1;
             appendMarker(video, 2, marker, Frames::subtract(frames.frame(m), span.start), out);
         }
         appendLinks(video, n);
-        video.line(4, "</clipitem>"_L1);
+        video.line(4, u"</clipitem>"_s);
         appendAudioItem(firstAudio, n, 1, name, span, start, sourceTrack);
         appendAudioItem(secondAudio, n, 2, name, span, start, qint64(sourceTrack) + 1);
     }
 
-    video.line(8, "</track>"_L1);
-    video.line(6, "</video>"_L1);
-    video.line(6, "<audio>"_L1);
-    video.line(8, "<track>"_L1);
+    video.line(8, u"</track>"_s);
+    video.line(6, u"</video>"_s);
+    video.line(6, u"<audio>"_s);
+    video.line(8, u"<track>"_s);
     video.append(firstAudio.take());
-    video.line(8, "</track>"_L1);
-    video.line(8, "<track>"_L1);
+    video.line(8, u"</track>"_s);
+    video.line(8, u"<track>"_s);
     video.append(secondAudio.take());
-    video.line(8, "</track>"_L1);
-    video.line(6, "</audio>"_L1);
+    video.line(8, u"</track>"_s);
+    video.line(6, u"</audio>"_s);
     video.sequenceEnd();
     return video.take();
 }

@@ -13,17 +13,17 @@ namespace {
 
 QString selectName(const ShootMarker &select, const QHash<QString, QString> &grades)
 {
-    QString name = select.summary.value_or(select.raw.value_or("Select"_L1));
+    QString name = select.summary.value_or(select.raw.value_or(u"Select"_s));
     const auto grade = grades.constFind(select.id);
     if (grade != grades.constEnd())
-        name += " [Grade "_L1 + *grade + u']';
+        name += u" [Grade "_s + *grade + u']';
     return safeXML(name);
 }
 
 void appendLinks(XmemlText &text, const QString &n)
 {
-    text.link(10, "clipitem-v"_L1 + n, "video"_L1, 1);
-    text.link(10, "clipitem-a"_L1 + n, "audio"_L1, 1);
+    text.link(10, u"clipitem-v"_s + n, u"video"_s, 1);
+    text.link(10, u"clipitem-a"_s + n, u"audio"_s, 1);
 }
 
 } // namespace
@@ -73,35 +73,35 @@ QString generateSelectsXML(const ShootSession &session, const QSet<QString> &sel
     }
 
     XmemlText text(4096 + placements.size() * 3200, fps);
-    text.sequenceHeader(safeXML(session.title) + " - Selects"_L1, position, "01:00:00:00"_L1, qint64(fps) * 3600);
-    text.line(4, "<media>"_L1);
-    text.line(6, "<video>"_L1);
-    text.line(8, "<track>"_L1);
+    text.sequenceHeader(safeXML(session.title) + u" - Selects"_s, position, u"01:00:00:00"_s, qint64(fps) * 3600);
+    text.line(4, u"<media>"_s);
+    text.line(6, u"<video>"_s);
+    text.line(8, u"<track>"_s);
     QStringList names;
     names.reserve(placements.size());
     for (const Placement &p : placements) {
         const QString n = QString::number(p.n);
         names.append(selectName(*p.select, segmentGrades));
-        text.clipItemOpening(8, "clipitem-v"_L1 + n, names.last(), p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
-        text.fileElement(10, "file-"_L1 + n, safeXML(p.span->clip->filename), *p.span);
+        text.clipItemOpening(8, u"clipitem-v"_s + n, names.last(), p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
+        text.fileElement(10, u"file-"_s + n, safeXML(p.span->clip->filename), *p.span);
         appendLinks(text, n);
-        text.line(8, "</clipitem>"_L1);
+        text.line(8, u"</clipitem>"_s);
     }
-    text.line(8, "</track>"_L1);
-    text.line(6, "</video>"_L1);
-    text.line(6, "<audio>"_L1);
-    text.line(8, "<track>"_L1);
+    text.line(8, u"</track>"_s);
+    text.line(6, u"</video>"_s);
+    text.line(6, u"<audio>"_s);
+    text.line(8, u"<track>"_s);
     for (qsizetype i = 0; i < placements.size(); ++i) {
         const Placement &p = placements[i];
         const QString n = QString::number(p.n);
-        text.clipItemOpening(8, "clipitem-a"_L1 + n, names[i], p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
-        text.line(10, "<file id=\"file-"_L1, n, "\"/>"_L1);
+        text.clipItemOpening(8, u"clipitem-a"_s + n, names[i], p.span->frames, p.sourceIn, p.sourceOut, p.start, p.end);
+        text.line(10, u"<file id=\"file-"_s, n, u"\"/>"_s);
         appendLinks(text, n);
-        text.line(8, "</clipitem>"_L1);
+        text.line(8, u"</clipitem>"_s);
     }
-    text.line(8, "</track>"_L1);
-    text.line(8, "<track/>"_L1);
-    text.line(6, "</audio>"_L1);
+    text.line(8, u"</track>"_s);
+    text.line(8, u"<track/>"_s);
+    text.line(6, u"</audio>"_s);
     text.sequenceEnd();
     return text.take();
 }

@@ -5,106 +5,106 @@
 using namespace Qt::StringLiterals;
 
 XmemlText::XmemlText(qsizetype capacity, int fps)
-    : m_rate("<rate><timebase>"_L1 + QString::number(fps) + "</timebase><ntsc>FALSE</ntsc></rate>"_L1)
+    : m_rate(u"<rate><timebase>"_s + QString::number(fps) + u"</timebase><ntsc>FALSE</ntsc></rate>"_s)
 {
     m_text.reserve(capacity);
 }
 
-QLatin1String XmemlText::spaces(int count)
+QStringView XmemlText::spaces(int count)
 {
-    static constexpr QLatin1String blank("                                ");
-    return blank.left(count);
+    static constexpr char16_t blank[] = u"                                ";
+    return QStringView(blank, count);
 }
 
 QString XmemlText::pathURL(const QString &path)
 {
     // "&" and "'" are legal in a URL path but not in XML text, so the URL is escaped once more.
-    return "file://localhost"_L1 + xmlEscaped(percentEncodedPath(path));
+    return u"file://localhost"_s + xmlEscaped(percentEncodedPath(path));
 }
 
 void XmemlText::sequenceHeader(const QString &name, qint64 duration, const QString &timecode, qint64 frame)
 {
-    m_text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"_L1;
-    line(0, "<!DOCTYPE xmeml>"_L1);
-    line(0, "<xmeml version=\"4\">"_L1);
-    line(2, "<sequence>"_L1);
-    line(4, "<name>"_L1, name, "</name>"_L1);
-    line(4, "<duration>"_L1, number(duration), "</duration>"_L1);
+    m_text += u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>"_s;
+    line(0, u"<!DOCTYPE xmeml>"_s);
+    line(0, u"<xmeml version=\"4\">"_s);
+    line(2, u"<sequence>"_s);
+    line(4, u"<name>"_s, name, u"</name>"_s);
+    line(4, u"<duration>"_s, number(duration), u"</duration>"_s);
     line(4, m_rate);
     timecodeElement(4, timecode, frame);
 }
 
 void XmemlText::sequenceEnd()
 {
-    line(4, "</media>"_L1);
-    line(2, "</sequence>"_L1);
-    line(0, "</xmeml>"_L1);
+    line(4, u"</media>"_s);
+    line(2, u"</sequence>"_s);
+    line(0, u"</xmeml>"_s);
 }
 
 void XmemlText::timecodeElement(int indent, const QString &timecode, qint64 frame)
 {
-    line(indent, "<timecode>"_L1);
+    line(indent, u"<timecode>"_s);
     line(indent + 2, m_rate);
-    line(indent + 2, "<string>"_L1, safeXML(timecode), "</string>"_L1);
-    line(indent + 2, "<frame>"_L1, number(frame), "</frame>"_L1);
-    line(indent + 2, "<displayformat>NDF</displayformat>"_L1);
-    line(indent, "</timecode>"_L1);
+    line(indent + 2, u"<string>"_s, safeXML(timecode), u"</string>"_s);
+    line(indent + 2, u"<frame>"_s, number(frame), u"</frame>"_s);
+    line(indent + 2, u"<displayformat>NDF</displayformat>"_s);
+    line(indent, u"</timecode>"_s);
 }
 
 void XmemlText::clipItemOpening(int indent, const QString &id, const QString &name, qint64 duration, qint64 in,
                                 qint64 out, qint64 start, qint64 end)
 {
-    line(indent, "<clipitem id=\""_L1, id, "\">"_L1);
-    line(indent + 2, "<name>"_L1, name, "</name>"_L1);
-    line(indent + 2, "<duration>"_L1, number(duration), "</duration>"_L1);
+    line(indent, u"<clipitem id=\""_s, id, u"\">"_s);
+    line(indent + 2, u"<name>"_s, name, u"</name>"_s);
+    line(indent + 2, u"<duration>"_s, number(duration), u"</duration>"_s);
     line(indent + 2, m_rate);
-    line(indent + 2, "<in>"_L1, number(in), "</in>"_L1);
-    line(indent + 2, "<out>"_L1, number(out), "</out>"_L1);
-    line(indent + 2, "<start>"_L1, number(start), "</start>"_L1);
-    line(indent + 2, "<end>"_L1, number(end), "</end>"_L1);
+    line(indent + 2, u"<in>"_s, number(in), u"</in>"_s);
+    line(indent + 2, u"<out>"_s, number(out), u"</out>"_s);
+    line(indent + 2, u"<start>"_s, number(start), u"</start>"_s);
+    line(indent + 2, u"<end>"_s, number(end), u"</end>"_s);
 }
 
 void XmemlText::fileElement(int indent, const QString &fileId, const QString &name, const ClipSpan &span)
 {
     const QString frames = number(span.frames);
-    line(indent, "<file id=\""_L1, fileId, "\">"_L1);
-    line(indent + 2, "<name>"_L1, name, "</name>"_L1);
-    line(indent + 2, "<pathurl>"_L1, pathURL(span.clip->path), "</pathurl>"_L1);
-    line(indent + 2, "<duration>"_L1, frames, "</duration>"_L1);
+    line(indent, u"<file id=\""_s, fileId, u"\">"_s);
+    line(indent + 2, u"<name>"_s, name, u"</name>"_s);
+    line(indent + 2, u"<pathurl>"_s, pathURL(span.clip->path), u"</pathurl>"_s);
+    line(indent + 2, u"<duration>"_s, frames, u"</duration>"_s);
     line(indent + 2, m_rate);
     timecodeElement(indent + 2, span.timecode, span.start);
-    line(indent + 2, "<media>"_L1);
-    line(indent + 4, "<video>"_L1);
-    line(indent + 6, "<samplecharacteristics>"_L1);
-    line(indent + 8, "<width>"_L1, number(span.clip->width.value_or(1920)), "</width>"_L1);
-    line(indent + 8, "<height>"_L1, number(span.clip->height.value_or(1080)), "</height>"_L1);
-    line(indent + 6, "</samplecharacteristics>"_L1);
-    line(indent + 4, "</video>"_L1);
-    line(indent + 4, "<audio>"_L1);
-    line(indent + 6, "<channelcount>2</channelcount>"_L1);
-    line(indent + 4, "</audio>"_L1);
-    line(indent + 2, "</media>"_L1);
-    line(indent, "</file>"_L1);
+    line(indent + 2, u"<media>"_s);
+    line(indent + 4, u"<video>"_s);
+    line(indent + 6, u"<samplecharacteristics>"_s);
+    line(indent + 8, u"<width>"_s, number(span.clip->width.value_or(1920)), u"</width>"_s);
+    line(indent + 8, u"<height>"_s, number(span.clip->height.value_or(1080)), u"</height>"_s);
+    line(indent + 6, u"</samplecharacteristics>"_s);
+    line(indent + 4, u"</video>"_s);
+    line(indent + 4, u"<audio>"_s);
+    line(indent + 6, u"<channelcount>2</channelcount>"_s);
+    line(indent + 4, u"</audio>"_s);
+    line(indent + 2, u"</media>"_s);
+    line(indent, u"</file>"_s);
 }
 
-void XmemlText::link(int indent, const QString &clipRef, QLatin1String mediaType, int trackIndex)
+void XmemlText::link(int indent, const QString &clipRef, QStringView mediaType, int trackIndex)
 {
-    line(indent, "<link>"_L1);
-    line(indent + 2, "<linkclipref>"_L1, clipRef, "</linkclipref>"_L1);
-    line(indent + 2, "<mediatype>"_L1, mediaType, "</mediatype>"_L1);
-    line(indent + 2, "<trackindex>"_L1, number(trackIndex), "</trackindex>"_L1);
-    line(indent + 2, "<clipindex>1</clipindex>"_L1);
-    line(indent, "</link>"_L1);
+    line(indent, u"<link>"_s);
+    line(indent + 2, u"<linkclipref>"_s, clipRef, u"</linkclipref>"_s);
+    line(indent + 2, u"<mediatype>"_s, mediaType, u"</mediatype>"_s);
+    line(indent + 2, u"<trackindex>"_s, number(trackIndex), u"</trackindex>"_s);
+    line(indent + 2, u"<clipindex>1</clipindex>"_s);
+    line(indent, u"</link>"_s);
 }
 
 void XmemlText::marker(int indent, const QString &comment, const QString &name, qint64 in, qint64 out, int colour)
 {
-    line(indent, "<marker>"_L1);
-    line(indent + 2, "<comment>"_L1, comment, "</comment>"_L1);
-    line(indent + 2, "<name>"_L1, name, "</name>"_L1);
-    line(indent + 2, "<in>"_L1, number(in), "</in>"_L1);
-    line(indent + 2, "<out>"_L1, number(out), "</out>"_L1);
-    line(indent + 2, "<type>Comment</type>"_L1);
-    line(indent + 2, "<color>"_L1, number(colour), "</color>"_L1);
-    line(indent, "</marker>"_L1);
+    line(indent, u"<marker>"_s);
+    line(indent + 2, u"<comment>"_s, comment, u"</comment>"_s);
+    line(indent + 2, u"<name>"_s, name, u"</name>"_s);
+    line(indent + 2, u"<in>"_s, number(in), u"</in>"_s);
+    line(indent + 2, u"<out>"_s, number(out), u"</out>"_s);
+    line(indent + 2, u"<type>Comment</type>"_s);
+    line(indent + 2, u"<color>"_s, number(colour), u"</color>"_s);
+    line(indent, u"</marker>"_s);
 }

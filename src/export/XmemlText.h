@@ -2,8 +2,8 @@
 
 #include "export/ExportClips.h"
 
-#include <QLatin1String>
 #include <QString>
+#include <QStringView>
 
 // The text of an xmeml document as the two xmeml writers lay it out: every line after the first
 // starts with its line feed, so the document ends without one, and the shared elements (sequence
@@ -33,12 +33,12 @@ public:
                          qint64 out, qint64 start, qint64 end);
     // The file element of a clip item whose own lines are at `indent`.
     void fileElement(int indent, const QString &fileId, const QString &name, const ClipSpan &span);
-    void link(int indent, const QString &clipRef, QLatin1String mediaType, int trackIndex);
+    void link(int indent, const QString &clipRef, QStringView mediaType, int trackIndex);
     void marker(int indent, const QString &comment, const QString &name, qint64 in, qint64 out, int colour);
 
     QString take() { return std::move(m_text); }
 
-    static QLatin1String spaces(int count);
+    static QStringView spaces(int count);
     static QString pathURL(const QString &path);
     static QString number(qint64 value) { return QString::number(value); }
 
