@@ -5,7 +5,6 @@
 #include "export/TextCleaning.h"
 
 #include <QSet>
-#include <algorithm>
 #include <map>
 
 using namespace Qt::StringLiterals;

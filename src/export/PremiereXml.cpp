@@ -169,7 +169,9 @@ QString generatePremiereXML(const ShootSession &session, int sourceTrack)
 
 QString generatePremiereXML(const ShootSession &session)
 {
-    if (session.matchedClips.isEmpty())
-        return sequenceWithoutClips(session);
-    return sequenceWithClips(session, detectAudioTrackOffset(clipsInTimecodeOrder(session.matchedClips).first()->path));
+    // Without clips there is no audio track to point at, and no file to probe.
+    const int sourceTrack = session.matchedClips.isEmpty()
+                                ? 1
+                                : detectAudioTrackOffset(clipsInTimecodeOrder(session.matchedClips).first()->path);
+    return generatePremiereXML(session, sourceTrack);
 }

@@ -1,7 +1,9 @@
 #include "platform/ProcessWorkspace.h"
 
-#include <QDir>
 #include <QProcess>
+#if defined(Q_OS_WIN)
+#include <QDir>
+#endif
 
 using namespace Qt::StringLiterals;
 
