@@ -1,0 +1,97 @@
+#include "cli/CliCommand.h"
+#include "cli/CliIo.h"
+#include "export/OtioTimeline.h"
+#include "export/PremiereScript.h"
+#include "export/PremiereXml.h"
+#include "export/ResolveEdl.h"
+#include "export/SelectsXml.h"
+#include "model/RecordJson.h"
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QCommandLineOption sessionOption("session"_L1, "Session JSON file."_L1, "FILE"_L1);
+const QCommandLineOption outputOption({"o"_L1, "output"_L1}, "Write the document to OUT instead of stdout."_L1, "OUT"_L1);
+const QCommandLineOption selectOption("select"_L1, "A picked marker id, optionally with its grade; repeatable."_L1,
+                                      "ID[=GRADE]"_L1);
+const QCommandLineOption xmlPathOption("xml-path"_L1, "Path of the marker XML the script imports."_L1, "PATH"_L1);
+
+std::optional<ShootSession> readSession(const CliContext &context, const QCommandLineParser &parser, int *status)
+{
+    QString error;
+    const QString path = parser.value(sessionOption);
+    const auto json = CliIo::readJsonFile(path, &error);
+    std::optional<ShootSession> session;
+    if (json)
+        session = RecordJson::sessionFromJson(*json, &error);
+    if (!session)
+        *status = context.fail(json ? "%1: not a session: %2"_L1.arg(path, error) : error);
+    return session;
+}
+
+using Generator = std::function<QString(const ShootSession &, const QCommandLineParser &)>;
+
+// The generator is a parameter, not a lambda capture, so it lives in the coroutine's own frame.
+QCoro::Task<int> emitSessionDocument(const CliContext &context, const QCommandLineParser &parser, Generator generate)
+{
+    int status = 0;
+    const auto session = readSession(context, parser, &status);
+    if (!session)
+        co_return status;
+    co_return CliIo::emitDocument(generate(*session, parser).toUtf8(), parser.value(outputOption));
+}
+
+auto sessionDocument(Generator generate)
+{
+    return [generate](const CliContext &context, const QCommandLineParser &parser) {
+        return emitSessionDocument(context, parser, generate);
+    };
+}
+
+QString selects(const ShootSession &session, const QCommandLineParser &parser)
+{
+    QSet<QString> ids;
+    QHash<QString, QString> grades;
+    for (const QString &value : parser.values(selectOption)) {
+        const qsizetype equals = value.indexOf(u'=');
+        const QString id = equals < 0 ? value : value.left(equals);
+        ids.insert(id);
+        if (equals >= 0)
+            grades.insert(id, value.mid(equals + 1));
+    }
+    return generateSelectsXML(session, ids, grades);
+}
+
+QCoro::Task<int> script(const CliContext &, const QCommandLineParser &parser)
+{
+    co_return CliIo::emitDocument(premiereScript(parser.value(xmlPathOption)).toUtf8(), parser.value(outputOption));
+}
+
+CliCommand sessionCommand(const QString &name, const QString &summary, Generator generate)
+{
+    return {"export "_L1 + name, "--session FILE [-o OUT]"_L1, summary, {sessionOption, outputOption}, {},
+            {"session"_L1}, 0, sessionDocument(std::move(generate))};
+}
+
+} // namespace
+
+QList<CliCommand> exportCommands()
+{
+    return {
+        sessionCommand("edl"_L1, "Print the session's markers as a CMX 3600 EDL for DaVinci Resolve."_L1,
+                       [](const ShootSession &session, const QCommandLineParser &) { return generateResolveEDL(session); }),
+        sessionCommand("xml"_L1, "Print the xmeml marker sequence for Premiere Pro."_L1,
+                       [](const ShootSession &session, const QCommandLineParser &) { return generatePremiereXML(session); }),
+        sessionCommand("otio"_L1, "Print the OpenTimelineIO timeline for DaVinci Resolve."_L1,
+                       [](const ShootSession &session, const QCommandLineParser &) { return generateOTIO(session); }),
+        {"export selects"_L1, "--session FILE --select ID[=GRADE] ... [-o OUT]"_L1,
+         "Print the xmeml selects sequence of the picked markers (empty when none is in the session)."_L1,
+         {sessionOption, selectOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, sessionDocument(selects)},
+        {"export jsx"_L1, "--xml-path PATH [-o OUT]"_L1,
+         "Print the Premiere Pro script that imports the marker XML at PATH and colours its markers."_L1,
+         {xmlPathOption, outputOption}, {}, {"xml-path"_L1}, 0, script},
+    };
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <QDir>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+// Where the documents go and which application gets them. The documents themselves are made by
+// the generators beforehand; this writes them (UTF-8, atomically, failures ignored as the
+// hand-off has nobody to tell) and asks the workspace to open them.
+
+namespace ExportFiles {
+inline const QString markersEDL = QStringLiteral("vorlix-markers.edl");
+inline const QString markersXML = QStringLiteral("vorlix-markers.xml");
+inline const QString selectsXML = QStringLiteral("vorlix-selects.xml");
+inline const QString sessionOTIO = QStringLiteral("vorlix-session.otio");
+inline const QString premiereScript = QStringLiteral("vorlix-premiere.jsx");
+
+// `path` with its file name's extension made exactly `extension` (case-sensitive): replaced when
+// different, appended when there is none. markers.txt gives markers.edl, session.EDL session.edl.
+QString withExtension(const QString &path, const QString &extension);
+
+// Writes `document` to `chosenPath` with its extension made `extension`; gives the path written.
+QString saveWithExtension(const QString &document, const QString &chosenPath, const QString &extension);
+} // namespace ExportFiles
+
+// Installed editing applications, most preferred first.
+struct EditorLocations {
+    QStringList premierePro;
+    QStringList davinciResolve;
+
+    static EditorLocations forThisPlatform();
+};
+
+// The first candidate that exists on disk.
+std::optional<QString> firstExisting(const QStringList &candidates);
+
+// The steps of the DaVinci Resolve import, naming the saved file.
+QString resolveImportInstructions(const QString &fileName);
+
+class EditorHandoff
+{
+public:
+    EditorHandoff(Workspace &workspace, QString temporaryDirectory = QDir::tempPath(),
+                  EditorLocations locations = EditorLocations::forThisPlatform());
+
+    // Writes the marker sequence and its import script to the temporary directory and hands the
+    // script to Premiere Pro; without Premiere Pro the XML goes to the default handler.
+    void openInPremiere(const QString &markerXML) const;
+
+    // Writes the selects sequence to the temporary directory and opens it in Premiere Pro, or
+    // with the default handler.
+    void openSelectsInPremiere(const QString &selectsXML) const;
+
+    // Starts DaVinci Resolve without a file; nothing happens when it is not installed.
+    void launchResolve() const;
+
+private:
+    QString temporaryFile(const QString &name) const;
+    void openInPremiereOrDefault(const QString &premiereFile, const QString &fallbackFile) const;
+
+    Workspace &m_workspace;
+    QString m_temporaryDirectory;
+    EditorLocations m_locations;
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "model/ShootSession.h"
+
+#include <QString>
+
+// The xmeml (version 4) marker sequence that Premiere Pro imports: markers on an empty sequence
+// when the session has no matched clips, otherwise the clips at their source timecode with each
+// marker on the clip that contains it.
+
+// Pure: `sourceTrack` is the 1-based source audio track for the first audio item of each clip.
+QString generatePremiereXML(const ShootSession &session, int sourceTrack);
+
+// Asks detectAudioTrackOffset about the first clip in timecode order, which may run ffprobe:
+// keep it off the GUI thread.
+QString generatePremiereXML(const ShootSession &session);

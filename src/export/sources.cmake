@@ -1,0 +1,11 @@
+target_sources(vorlix_core PRIVATE
+  export/TextCleaning.h export/TextCleaning.cpp
+  export/MarkerTypes.h export/MarkerTypes.cpp
+  export/ExportClips.h export/ExportClips.cpp
+  export/XmemlText.h export/XmemlText.cpp
+  export/ResolveEdl.h export/ResolveEdl.cpp
+  export/PremiereXml.h export/PremiereXml.cpp
+  export/SelectsXml.h export/SelectsXml.cpp
+  export/OtioTimeline.h export/OtioTimeline.cpp
+  export/PremiereScript.h export/PremiereScript.cpp
+  export/EditorHandoff.h export/EditorHandoff.cpp)
