@@ -125,7 +125,7 @@ int main(int argc, char **argv)
 
     state.signIn(QStringLiteral("anna.smith@example.com"), QStringLiteral("Anna Maria Smith"));
     state.setFootageFolders({QStringLiteral("/Volumes/Shuttle/2026-11 Harbour/Camera A"), QStringLiteral("/home/anna/Footage/Workshop")});
-    state.setSessions(sampleSessions());
+    state.setSessions(sampleSessions().mid(0, 6));
     state.markSessionsDeleted({sampleSessions().at(6)});
     for (const QString &appearance : {QStringLiteral("light"), QStringLiteral("dark")}) {
         state.setAppearance(appearance);
@@ -145,7 +145,9 @@ int main(int argc, char **argv)
 
         state.setScanning(false);
         state.setShowSettings(true);
+        window.resize(1000, 980); // tall enough for every block of the settings screen
         ok = save(window, folder, QStringLiteral("settings-") + appearance) && ok;
+        window.resize(1000, 650);
 
         window.openSettingsWindow();
         ok = save(*window.settingsWindow(), folder, QStringLiteral("settings-window-") + appearance) && ok;
