@@ -1,0 +1,1 @@
+vorlix_add_test(tst_mediascanner SOURCES media/MediaScannerTest.cpp media/MediaFixtures.h)
