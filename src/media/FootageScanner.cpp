@@ -27,6 +27,14 @@ std::function<void(const QString &)> progressPoster(AppState &state)
     };
 }
 
+// The worker gets its own copy of the scanner, so nothing it uses can vanish under it. Kept out
+// of the coroutine: g++ 12 destroys temporaries of a co_await statement twice.
+QFuture<QList<MediaClip>> scanOnToolPool(const MediaScanner &scanner, const QString &folder,
+                                         const std::function<void(const QString &)> &progress)
+{
+    return QtConcurrent::run(toolThreadPool(), [scanner, folder, progress] { return scanner.scanFolder(folder, progress); });
+}
+
 } // namespace
 
 FootageScanner::FootageScanner(AppState &state, ToolLocations tools, QObject *parent)
@@ -52,11 +60,8 @@ void FootageScanner::rescanSavedFolders()
 QCoro::Task<> FootageScanner::scanAndMerge(QString folder, bool userStarted)
 {
     const QPointer<FootageScanner> self(this);
-    // The worker gets its own copy of the scanner, so nothing it uses can vanish under it.
-    const QList<MediaClip> clips = co_await QtConcurrent::run(
-        toolThreadPool(), [scanner = m_scanner, folder, progress = progressPoster(m_state)] {
-            return scanner.scanFolder(folder, progress);
-        });
+    QFuture<QList<MediaClip>> scan = scanOnToolPool(m_scanner, folder, progressPoster(m_state));
+    const QList<MediaClip> clips = co_await scan;
     if (!self)
         co_return;
     mergeScannedClips(m_state, clips, userStarted);

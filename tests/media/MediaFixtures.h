@@ -6,6 +6,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 // Tiny media files made with the real ffmpeg while the tests run, from lavfi sources.
@@ -19,6 +20,7 @@ inline QString ffmpeg()
 // Runs ffmpeg with `arguments` writing `path`; says why on failure.
 inline bool make(const QString &path, const QStringList &arguments)
 {
+    QDir().mkpath(QFileInfo(path).absolutePath());
     const ToolRun run = runTool(ffmpeg(), QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + arguments + QStringList{path},
                                 ToolOutput::NullDevice, ToolOutput::Captured);
     if (run.exitStatus != 0)

@@ -1,1 +1,2 @@
 vorlix_add_test(tst_mediascanner SOURCES media/MediaScannerTest.cpp media/MediaFixtures.h)
+vorlix_add_test(tst_footagescanner SOURCES media/FootageScannerTest.cpp media/MediaFixtures.h)
