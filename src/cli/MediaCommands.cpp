@@ -12,8 +12,9 @@ QCoro::Task<int> probe(const CliContext &context, const QCommandLineParser &pars
 {
     const QStringList files = parser.positionalArguments();
     for (const QString &file : files) {
-        if (!QFileInfo(file).isFile())
-            co_return context.fail(QStringLiteral("%1: no such file").arg(file));
+        const QFileInfo info(file);
+        if (!info.isFile())
+            co_return context.fail(QStringLiteral("%1: %2").arg(file, info.exists() ? QStringLiteral("not a file") : QStringLiteral("no such file")));
     }
     QList<MediaClip> clips;
     for (const QString &file : files)
