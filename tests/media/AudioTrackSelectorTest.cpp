@@ -8,12 +8,6 @@
 
 using namespace MediaFixtures;
 
-using OptionalDouble = std::optional<double>;
-using OptionalInt = std::optional<int>;
-using OptionalPath = std::optional<QString>;
-Q_DECLARE_METATYPE(OptionalDouble)
-Q_DECLARE_METATYPE(OptionalInt)
-Q_DECLARE_METATYPE(OptionalPath)
 
 class AudioTrackSelectorTest : public QObject
 {
@@ -131,21 +125,21 @@ private Q_SLOTS:
 
     void trackOffset_data()
     {
-        QTest::addColumn<OptionalPath>("path");
+        QTest::addColumn<OptionalText>("path");
         QTest::addColumn<bool>("withFFprobe");
         QTest::addColumn<int>("toolRuns");
-        QTest::newRow("no clip") << OptionalPath() << true << 0;
-        QTest::newRow("no ffprobe") << OptionalPath(file("stereo.mov")) << false << 0;
-        QTest::newRow("stereo") << OptionalPath(file("stereo.mov")) << true << 1;
-        QTest::newRow("no audio") << OptionalPath(file("no-audio.mp4")) << true << 1;
-        QTest::newRow("missing file") << OptionalPath(file("missing.mov")) << true << 1;
+        QTest::newRow("no clip") << OptionalText() << true << 0;
+        QTest::newRow("no ffprobe") << OptionalText(file("stereo.mov")) << false << 0;
+        QTest::newRow("stereo") << OptionalText(file("stereo.mov")) << true << 1;
+        QTest::newRow("no audio") << OptionalText(file("no-audio.mp4")) << true << 1;
+        QTest::newRow("missing file") << OptionalText(file("missing.mov")) << true << 1;
         // ffprobe refuses a stream without a channel count and prints no JSON at all.
-        QTest::newRow("first stream without channels") << OptionalPath(file("no-channels-first.mov")) << true << 1;
+        QTest::newRow("first stream without channels") << OptionalText(file("no-channels-first.mov")) << true << 1;
     }
 
     void trackOffset()
     {
-        QFETCH(OptionalPath, path);
+        QFETCH(OptionalText, path);
         QFETCH(bool, withFFprobe);
         QFETCH(int, toolRuns);
         const qint64 runsBefore = toolRunStatistics().runs;

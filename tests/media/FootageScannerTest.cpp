@@ -40,20 +40,28 @@ MediaClip clip(const QString &path, const QString &timecode)
     return c;
 }
 
-QStringList paths(const QList<MediaClip> &clips)
+// The two sessions of the footage: one around the 10:00 clips, one at the 12:00 clip.
+QList<ShootSession> twoSessions()
+{
+    return {session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"})};
+}
+
+QStringList field(const QList<MediaClip> &clips, QString MediaClip::*member)
 {
     QStringList result;
     for (const MediaClip &c : clips)
-        result.append(c.path);
+        result.append(c.*member);
     return result;
+}
+
+QStringList paths(const QList<MediaClip> &clips)
+{
+    return field(clips, &MediaClip::path);
 }
 
 QStringList filenames(const QList<MediaClip> &clips)
 {
-    QStringList result;
-    for (const MediaClip &c : clips)
-        result.append(c.filename);
-    return result;
+    return field(clips, &MediaClip::filename);
 }
 
 } // namespace
@@ -231,7 +239,7 @@ private Q_SLOTS:
 
     void userScanRunsBesideTheGuiThread()
     {
-        m_state->setSessions({session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"})});
+        m_state->setSessions(twoSessions());
         m_state->setSelectedSession(m_state->sessions().first());
         FootageScanner scanner(*m_state);
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);
@@ -290,7 +298,7 @@ private Q_SLOTS:
 
     void selectionDeletedDuringAScan()
     {
-        m_state->setSessions({session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"})});
+        m_state->setSessions(twoSessions());
         m_state->setSelectedSession(m_state->sessions().first());
         FootageScanner scanner(*m_state);
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);
@@ -304,7 +312,7 @@ private Q_SLOTS:
     void rescanOfSavedFolders()
     {
         m_state->setFootageFolders({m_root, m_second, m_empty});
-        m_state->setSessions({session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"})});
+        m_state->setSessions(twoSessions());
         FootageScanner scanner(*m_state);
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);
         QSignalSpy scanning(m_state.get(), &AppState::isScanningChanged);

@@ -7,7 +7,17 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMetaType>
 #include <QStringList>
+#include <optional>
+
+// Optional values as data-driven test columns.
+using OptionalDouble = std::optional<double>;
+using OptionalInt = std::optional<int>;
+using OptionalText = std::optional<QString>;
+Q_DECLARE_METATYPE(OptionalDouble)
+Q_DECLARE_METATYPE(OptionalInt)
+Q_DECLARE_METATYPE(OptionalText)
 
 // Tiny media files made with the real ffmpeg while the tests run, from lavfi sources.
 namespace MediaFixtures {

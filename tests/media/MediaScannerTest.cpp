@@ -9,10 +9,6 @@
 
 using namespace MediaFixtures;
 
-using OptionalInt = std::optional<int>;
-using OptionalText = std::optional<QString>;
-Q_DECLARE_METATYPE(OptionalInt)
-Q_DECLARE_METATYPE(OptionalText)
 Q_DECLARE_METATYPE(ToolOutput)
 
 class MediaScannerTest : public QObject
