@@ -12,6 +12,7 @@ int main(int argc, char *argv[])
     QList<CliCommand> commands;
     commands += matchCommands();
     commands += exportCommands();
+    commands += mediaCommands();
 
     int status = 0;
     QTimer::singleShot(0, &app, [&] {

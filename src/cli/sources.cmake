@@ -5,3 +5,4 @@ add_executable(vorlix-sync-cli
   cli/MatchCommands.cpp)
 target_link_libraries(vorlix-sync-cli PRIVATE vorlix_core vorlix_warnings)
 target_sources(vorlix-sync-cli PRIVATE cli/ExportCommands.cpp)
+target_sources(vorlix-sync-cli PRIVATE cli/MediaCommands.cpp)

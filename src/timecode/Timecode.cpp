@@ -3,6 +3,7 @@
 #include "timecode/NumberText.h"
 
 #include <cmath>
+#include <limits>
 
 namespace Timecode {
 
@@ -65,9 +66,16 @@ qint64 tcToFrames(QStringView timecode, int fps)
     const QList<qint64> n = Timecode::integerFields(timecode);
     if (n.size() < 3)
         return 0;
-    qint64 frames = (n[0] * 3600 + n[1] * 60 + n[2]) * fps;
+    // Absurd hour fields from the service saturate instead of overflowing.
+    qint64 frames = 0;
+    bool overflow = __builtin_mul_overflow(n[0], qint64(3600), &frames);
+    qint64 term = 0;
+    overflow |= __builtin_mul_overflow(n[1], qint64(60), &term) || __builtin_add_overflow(frames, term, &frames);
+    overflow |= __builtin_add_overflow(frames, n[2], &frames) || __builtin_mul_overflow(frames, qint64(fps), &frames);
     if (n.size() == 4)
-        frames += n[3];
+        overflow |= __builtin_add_overflow(frames, n[3], &frames);
+    if (overflow)
+        return n[0] < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
     return frames;
 }
 

@@ -102,6 +102,7 @@ private Q_SLOTS:
         QTest::newRow("unpadded") << "1:2:3:4" << 25 << OptionalDouble(3723.16) << 3723.16 << qint64(3723 * 25 + 4) << "01:02:03:05";
         QTest::newRow("garbage piece dropped") << "10:xx:00:00:00" << 25 << OptionalDouble(36000.0) << 36000.0 << qint64(900000) << "10:00:00:01"; // four numbers survive
         QTest::newRow("carry seconds and minutes") << "00:00:59:24" << 25 << OptionalDouble(59.96) << 59.96 << qint64(1499) << "00:01:00:00";
+        QTest::newRow("absurd hours saturate") << "99999999999999999:00:00:00" << 25 << OptionalDouble(99999999999999999.0 * 3600) << 99999999999999999.0 * 3600 << std::numeric_limits<qint64>::max() << "99999999999999999:00:00:01";
         QTest::newRow("carry into hour 24") << "23:59:59:29" << 30 << OptionalDouble(86399 + 29.0 / 30) << 86399 + 29.0 / 25 << qint64(86399 * 30 + 29) << "24:00:00:00";
     }
 

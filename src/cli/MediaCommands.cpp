@@ -1,0 +1,66 @@
+#include "cli/CliCommand.h"
+#include "cli/CliIo.h"
+#include "media/MediaScanner.h"
+#include "model/RecordJson.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+QCoro::Task<int> probe(const CliContext &context, const QCommandLineParser &parser)
+{
+    const QStringList files = parser.positionalArguments();
+    for (const QString &file : files) {
+        const QFileInfo info(file);
+        if (!info.isFile())
+            co_return context.fail(QStringLiteral("%1: %2").arg(file, info.exists() ? QStringLiteral("not a file") : QStringLiteral("no such file")));
+    }
+    QList<MediaClip> clips;
+    for (const QString &file : files)
+        clips.append(MediaScanner::shared().probeClip(QFileInfo(file).absoluteFilePath()));
+    CliIo::printJson(RecordJson::toJsonArray(clips));
+    co_return 0;
+}
+
+QCoro::Task<int> scan(const CliContext &context, const QCommandLineParser &parser)
+{
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() > 1) {
+        CliIo::printError(QStringLiteral("Unexpected argument \"%1\".\n").arg(arguments.at(1)));
+        co_return 2;
+    }
+    const QString folder = arguments.first();
+    const QFileInfo info(folder);
+    if (!info.isDir())
+        co_return context.fail(QStringLiteral("%1: %2").arg(folder, info.exists() ? QStringLiteral("not a folder") : QStringLiteral("no such folder")));
+    if (!QDir(folder).isReadable())
+        co_return context.fail(QStringLiteral("%1: cannot be read").arg(folder));
+    const QList<MediaClip> clips = MediaScanner::shared().scanFolder(folder, [](const QString &line) {
+        CliIo::printError(line + QLatin1Char('\n'));
+    });
+    CliIo::printJson(RecordJson::toJsonArray(clips));
+    co_return 0;
+}
+
+} // namespace
+
+QList<CliCommand> mediaCommands()
+{
+    return {{QStringLiteral("probe"),
+             QStringLiteral("FILE..."),
+             QStringLiteral("Print one clip per media file, as a footage scan reads it with ffprobe."),
+             {},
+             {{QStringLiteral("FILE"), QStringLiteral("Media file to probe.")}},
+             {},
+             1,
+             probe},
+            {QStringLiteral("scan"),
+             QStringLiteral("FOLDER"),
+             QStringLiteral("Scan a footage folder: progress on stderr, the clips found on stdout."),
+             {},
+             {{QStringLiteral("FOLDER"), QStringLiteral("Folder to walk, sub-folders included.")}},
+             {},
+             1,
+             scan}};
+}

@@ -1,0 +1,98 @@
+#include "media/FootageScanner.h"
+
+#include "media/ToolRunner.h"
+#include "state/AppState.h"
+#include "timecode/ClipMatcher.h"
+
+#include <QCoreApplication>
+#include <QCoro/QCoroFuture>
+#include <QPointer>
+#include <QSet>
+#include <QtConcurrent/QtConcurrentRun>
+
+namespace {
+
+// A progress callback for the scanning thread: each line is queued to the GUI thread and
+// stored there; the scan never waits for it.
+std::function<void(const QString &)> progressPoster(AppState &state)
+{
+    const QPointer<AppState> target(&state);
+    return [target](const QString &line) {
+        if (QCoreApplication *app = QCoreApplication::instance()) {
+            QMetaObject::invokeMethod(app, [target, line] {
+                if (target)
+                    target->setScanProgress(line);
+            }, Qt::QueuedConnection);
+        }
+    };
+}
+
+// The worker gets its own copy of the scanner, so nothing it uses can vanish under it. Kept out
+// of the coroutine: g++ 12 destroys temporaries of a co_await statement twice.
+QFuture<QList<MediaClip>> scanOnToolPool(const MediaScanner &scanner, const QString &folder,
+                                         const std::function<void(const QString &)> &progress)
+{
+    return QtConcurrent::run(toolThreadPool(), [scanner, folder, progress] { return scanner.scanFolder(folder, progress); });
+}
+
+} // namespace
+
+FootageScanner::FootageScanner(AppState &state, ToolLocations tools, QObject *parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_scanner(std::move(tools))
+{
+}
+
+void FootageScanner::scanFootage(const QString &folder)
+{
+    m_state.addFootageFolder(folder);
+    m_state.setScanning(true);
+    scanAndMerge(folder, true);
+}
+
+void FootageScanner::rescanSavedFolders()
+{
+    for (const QString &folder : m_state.footageFolders())
+        scanAndMerge(folder, false);
+}
+
+QCoro::Task<> FootageScanner::scanAndMerge(QString folder, bool userStarted)
+{
+    const QPointer<FootageScanner> self(this);
+    QFuture<QList<MediaClip>> scan = scanOnToolPool(m_scanner, folder, progressPoster(m_state));
+    const QList<MediaClip> clips = co_await scan;
+    if (!self)
+        co_return;
+    mergeScannedClips(m_state, clips, userStarted);
+    Q_EMIT scanMerged(folder);
+}
+
+void mergeScannedClips(AppState &state, const QList<MediaClip> &scanned, bool endsUserScan)
+{
+    QSet<QString> knownPaths;
+    for (const MediaClip &clip : state.clips())
+        knownPaths.insert(clip.path);
+    QList<MediaClip> clips = state.clips();
+    for (const MediaClip &clip : scanned) {
+        if (!knownPaths.contains(clip.path))
+            clips.append(clip);
+    }
+    if (clips.size() != state.clips().size())
+        state.setClips(clips);
+    if (endsUserScan)
+        state.setScanning(false);
+
+    // Every session is matched again, even when nothing was added: the list may have grown
+    // through other scans since it was last matched.
+    QList<ShootSession> sessions = state.sessions();
+    for (ShootSession &session : sessions)
+        session = ClipMatcher::matchClipsToSession(clips, session);
+    state.setSessions(sessions);
+
+    if (const auto &selected = state.selectedSession()) {
+        const auto refreshed = std::find_if(sessions.cbegin(), sessions.cend(),
+                                            [&](const ShootSession &session) { return session.id == selected->id; });
+        state.setSelectedSession(refreshed == sessions.cend() ? std::nullopt : std::optional<ShootSession>(*refreshed));
+    }
+}
