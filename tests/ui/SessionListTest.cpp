@@ -1,5 +1,6 @@
 #include "ShellFixture.h"
 
+#include "media/FootageScanner.h"
 #include "state/PreferenceKeys.h"
 #include "ui/EmptyStateView.h"
 #include "ui/InlineSettingsView.h"
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QProcess>
 #include <QPushButton>
 #include <QTest>
 #include <QToolBar>
@@ -30,6 +32,7 @@ public:
     int syncs = 0;
     int credentialDeletes = 0;
     AppState *state = nullptr;
+    FootageScanner *scanner = nullptr; // scans for real when set
     QList<std::pair<QString, bool>> scans;
     QStringList requests;
     QString codeError;
@@ -50,7 +53,10 @@ public:
     void scanFootage(const QString &folder) override
     {
         scans.append({folder, true});
-        state->addFootageFolder(folder);
+        if (scanner)
+            scanner->scanFootage(folder);
+        else
+            state->addFootageFolder(folder);
     }
     void rescanSavedFolders() override
     {
@@ -60,6 +66,25 @@ public:
 };
 
 const QDateTime now = QDateTime::currentDateTime();
+
+ShootSession sessionWithMarkerAt(const QString &id, const QString &timecode)
+{
+    ShootSession session = makeSession(id, id, now);
+    ShootMarker marker;
+    marker.id = id + QStringLiteral("-1");
+    marker.markerType = QStringLiteral("log");
+    marker.timecode = timecode;
+    session.markers = {marker};
+    return session;
+}
+
+bool makeClip(const QString &path, const QString &timecode)
+{
+    QProcess ffmpeg;
+    ffmpeg.start(QStringLiteral("ffmpeg"), {"-hide_banner", "-loglevel", "error", "-y", "-f", "lavfi", "-i", "testsrc2=size=160x90:rate=25",
+                                            "-t", "1", "-c:v", "libx264", "-preset", "ultrafast", "-timecode", timecode, path});
+    return ffmpeg.waitForFinished(60000) && ffmpeg.exitCode() == 0;
+}
 
 QList<ShootSession> threeSessions()
 {
@@ -199,6 +224,33 @@ private Q_SLOTS:
         }
         QCOMPARE(m_shell->desktop.opened,
                  (QList<QUrl>{QUrl("http://127.0.0.1:8765/privacy"), QUrl("http://127.0.0.1:8765/terms"), QUrl("http://127.0.0.1:8765/")}));
+    }
+
+    void scriptedScanUpdatesTheClipBadges()
+    {
+        FootageScanner scanner(state());
+        m_backend.scanner = &scanner;
+        QTemporaryDir footage;
+        QVERIFY(makeClip(footage.filePath(QStringLiteral("A001C001.mov")), QStringLiteral("10:00:10:00")));
+        QVERIFY(makeClip(footage.filePath(QStringLiteral("Z001C001.mov")), QStringLiteral("03:00:00:00")));
+        signInWith({sessionWithMarkerAt("harbour", "10:00:30:00"), sessionWithMarkerAt("rooftop", "16:00:00:00")});
+        state().setSelectedSession(state().sessions().at(0));
+        SessionListModel *model = list()->model();
+        QCOMPARE(model->indexOfSession("harbour").data(SessionListModel::ClipCountRole).toInt(), 0);
+
+        m_shell->desktop.folderAnswers = {footage.path()};
+        signedIn()->scanFootage();
+        QVERIFY(state().isScanning());
+        QTRY_VERIFY(!list()->findChild<QWidget *>("scanningSection")->isHidden());
+        QVERIFY(!signedIn()->toolBar()->actions().at(0)->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(!state().isScanning(), 60000);
+        QTRY_COMPARE(model->indexOfSession("harbour").data(SessionListModel::ClipCountRole).toInt(), 1);
+        QCOMPARE(model->indexOfSession("rooftop").data(SessionListModel::ClipCountRole).toInt(), 0);
+        QCOMPARE(state().selectedSession()->matchedClips.size(), 1);
+        QCOMPARE(state().scanProgress(), QStringLiteral("Scan complete: 2 clips, 2 with timecode"));
+        QTRY_VERIFY(list()->findChild<QWidget *>("scanningSection")->isHidden());
+        QTRY_VERIFY(signedIn()->toolBar()->actions().at(0)->isEnabled());
+        m_backend.scanner = nullptr;
     }
 
     void detailPaneFollowsTheState()
