@@ -1,6 +1,7 @@
 #include "ui/transcript/SpeakerRunView.h"
 
 #include "ui/transcript/TranscriptStyle.h"
+#include "ui/transcript/WordWidthCache.h"
 
 #include <QContextMenuEvent>
 #include <QFontMetricsF>
@@ -21,20 +22,21 @@ constexpr qreal chipVerticalPadding = 2;
 constexpr qreal chipSidePadding = 4;
 constexpr qreal chipCornerRadius = 4;
 
-QString chipText(const TranscriptSegment &segment)
-{
-    return segment.text + u' ';
-}
-
 } // namespace
 
-SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, QWidget *parent)
+QFont SpeakerRunView::chipFont()
+{
+    return TranscriptStyle::font(14);
+}
+
+SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chipWidths,
+                               QWidget *parent)
     : QWidget(parent)
     , m_run(std::move(run))
     , m_runIndex(runIndex)
     , m_label(speakerLabel(m_run.speaker))
     , m_speakerColor(TranscriptStyle::toQColor(speakerColor(m_run.speaker)))
-    , m_chipFont(TranscriptStyle::font(14))
+    , m_chipFont(chipFont())
     , m_timecodeFont(TranscriptStyle::monospaceFont(11, QFont::Medium))
     , m_labelFont(TranscriptStyle::font(11, QFont::DemiBold))
 {
@@ -49,7 +51,7 @@ SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, QWidget *parent)
                                          QFontMetricsF(m_labelFont).height(), dotSize}));
     m_chips.reserve(m_run.segments.size());
     for (const TranscriptSegment &segment : std::as_const(m_run.segments))
-        m_chips.append(Chip{chipMetrics.horizontalAdvance(chipText(segment)), ChipState::Plain, {}});
+        m_chips.append(Chip{chipWidths.width(segment.text + u' '), ChipState::Plain, {}});
 }
 
 void SpeakerRunView::setChipStates(const SegmentSelection &selection,

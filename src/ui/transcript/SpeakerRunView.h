@@ -8,16 +8,22 @@
 #include <QFont>
 #include <QWidget>
 
+class WordWidthCache;
+
 // One speaker run: its header (timecode, coloured dot, label) and its utterances as flowing
 // chips. The chips are painted by this one widget rather than being widgets of their own, so a
 // long interview stays light: their widths are measured once, the flow is cached per width,
-// painting touches only the rows in the exposed rectangle, and clicks are hit-tested.
+// painting touches only the rows in the exposed rectangle, and clicks are hit-tested. The runs
+// of one transcript share a WordWidthCache in the chip font (chipFont()).
 class SpeakerRunView : public QWidget
 {
     Q_OBJECT
 
 public:
-    SpeakerRunView(int runIndex, SpeakerRun run, QWidget *parent = nullptr);
+    SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chipWidths,
+                   QWidget *parent = nullptr);
+
+    static QFont chipFont();
 
     const SpeakerRun &run() const { return m_run; }
 

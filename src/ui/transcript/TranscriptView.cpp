@@ -3,6 +3,7 @@
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptStyle.h"
+#include "ui/transcript/WordWidthCache.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -172,8 +173,9 @@ void TranscriptView::showTranscript(QList<TranscriptSegment> segments)
     m_transcriptSegments = std::move(segments);
     const QList<SpeakerRun> runs = buildSpeakerRuns(m_transcriptSegments);
     m_runViews.reserve(runs.size());
+    WordWidthCache chipWidths(SpeakerRunView::chipFont());
     for (qsizetype i = 0; i < runs.size(); ++i) {
-        auto *view = new SpeakerRunView(int(i), runs[i]);
+        auto *view = new SpeakerRunView(int(i), runs[i], chipWidths);
         connect(view, &SpeakerRunView::chipClicked, this, &TranscriptView::chipClicked);
         connect(view, &SpeakerRunView::chipMenuRequested, this, &TranscriptView::openChipMenu);
         m_runsLayout->addWidget(view);

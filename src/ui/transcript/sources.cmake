@@ -5,5 +5,6 @@ target_sources(vorlix_ui PRIVATE
   ui/transcript/TranscriptSource.h ui/transcript/TranscriptSource.cpp
   ui/transcript/WrappingHStack.h ui/transcript/WrappingHStack.cpp
   ui/transcript/TranscriptStyle.h ui/transcript/TranscriptStyle.cpp
+  ui/transcript/WordWidthCache.h ui/transcript/WordWidthCache.cpp
   ui/transcript/SpeakerRunView.h ui/transcript/SpeakerRunView.cpp
   ui/transcript/TranscriptView.h ui/transcript/TranscriptView.cpp)

@@ -1,6 +1,7 @@
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptView.h"
+#include "ui/transcript/WordWidthCache.h"
 
 #include <QApplication>
 #include <QCoro/QCoroSignal>
@@ -429,6 +430,26 @@ private Q_SLOTS:
         QVERIFY(longChip.top() > shortChip.top());
         QVERIFY(afterChip.top() > longChip.top());
         QCOMPARE(afterChip.left(), shortChip.left());
+    }
+
+    void wordWidthsAddUpToTheSentence_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("sentence") << QStringLiteral("It started in my grandfather's workshop. ");
+        QTest::newRow("repeated words") << QStringLiteral("the the the the the ");
+        QTest::newRow("blanks everywhere") << QStringLiteral("  two  blanks   ");
+        QTest::newRow("accents") << QStringLiteral("Zoë went to Malmö, naïvely. ");
+        QTest::newRow("tab inside") << QStringLiteral("a\tb c ");
+        QTest::newRow("empty") << QString();
+    }
+
+    void wordWidthsAddUpToTheSentence()
+    {
+        QFETCH(QString, text);
+        const QFont font = SpeakerRunView::chipFont();
+        WordWidthCache cache(font);
+        cache.width(QStringLiteral("warm the cache with the same words "));
+        QVERIFY(qAbs(cache.width(text) - QFontMetricsF(font).horizontalAdvance(text)) < 1.0);
     }
 
     void screenshots_data()
