@@ -23,6 +23,15 @@ QLabel *makeLabel(const QString &text, const QFont &font, QWidget *parent)
     return label;
 }
 
+template <typename Box>
+Box *boxLayout(QWidget *owner, const QMargins &margins, int spacing)
+{
+    auto *box = new Box(owner);
+    box->setContentsMargins(margins);
+    box->setSpacing(spacing);
+    return box;
+}
+
 void setTextColour(QWidget *widget, QPalette::ColorRole role, const QColor &colour)
 {
     QPalette palette = widget->palette();
@@ -39,14 +48,10 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     , m_selects(selects)
     , m_loader(std::move(loader))
 {
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto *column = boxLayout<QVBoxLayout>(this, {}, 0);
 
     m_loadingPane = new QWidget(this);
-    auto *loadingRow = new QHBoxLayout(m_loadingPane);
-    loadingRow->setContentsMargins(0, 40, 0, 40);
-    loadingRow->setSpacing(10);
+    auto *loadingRow = boxLayout<QHBoxLayout>(m_loadingPane, {0, 40, 0, 40}, 10);
     auto *spinner = new QProgressBar(m_loadingPane);
     spinner->setRange(0, 0);
     spinner->setTextVisible(false);
@@ -58,22 +63,17 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     loadingRow->addStretch();
 
     m_emptyPane = new QWidget(this);
-    auto *emptyStack = new QVBoxLayout(m_emptyPane);
-    emptyStack->setContentsMargins(0, 40, 0, 40);
-    emptyStack->setSpacing(8);
+    auto *emptyStack = boxLayout<QVBoxLayout>(m_emptyPane, {0, 40, 0, 40}, 8);
     m_emptyIcon = new QLabel(m_emptyPane);
     m_emptyText = makeLabel(tr("No transcript available"), TranscriptStyle::font(13), m_emptyPane);
     emptyStack->addWidget(m_emptyIcon, 0, Qt::AlignHCenter);
     emptyStack->addWidget(m_emptyText, 0, Qt::AlignHCenter);
 
     m_transcriptPane = new QWidget(this);
-    auto *transcriptStack = new QVBoxLayout(m_transcriptPane);
-    transcriptStack->setContentsMargins(0, 0, 0, 0);
-    transcriptStack->setSpacing(0);
+    auto *transcriptStack = boxLayout<QVBoxLayout>(m_transcriptPane, {}, 0);
 
     m_selectionBar = new QWidget(m_transcriptPane);
-    auto *selectionRow = new QHBoxLayout(m_selectionBar);
-    selectionRow->setContentsMargins(4, 0, 4, 8);
+    auto *selectionRow = boxLayout<QHBoxLayout>(m_selectionBar, {4, 0, 4, 8}, 6);
     m_selectionCount = makeLabel({}, TranscriptStyle::font(13, QFont::Bold), m_selectionBar);
     setTextColour(m_selectionCount, QPalette::WindowText, TranscriptStyle::toQColor(Palette::indigo));
     m_clearAll = new QToolButton(m_selectionBar);
@@ -88,14 +88,10 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
             [this] { editSelection([](SegmentSelection &s) { s.clear(); }); });
 
     auto *runs = new QWidget(m_transcriptPane);
-    m_runsLayout = new QVBoxLayout(runs);
-    m_runsLayout->setContentsMargins(0, 0, 0, 0);
-    m_runsLayout->setSpacing(0);
+    m_runsLayout = boxLayout<QVBoxLayout>(runs, {}, 0);
 
     m_rangeOfferBar = new QWidget(m_transcriptPane);
-    auto *offerRow = new QHBoxLayout(m_rangeOfferBar);
-    offerRow->setContentsMargins(4, 4, 4, 0);
-    offerRow->setSpacing(6);
+    auto *offerRow = boxLayout<QHBoxLayout>(m_rangeOfferBar, {4, 4, 4, 0}, 6);
     m_acceptRange = new QPushButton(m_rangeOfferBar);
     m_acceptRange->setIcon(TranscriptStyle::symbol(QStringLiteral("highlighter"), Qt::black, 12));
     m_acceptRange->setIconSize(QSize(12, 12));

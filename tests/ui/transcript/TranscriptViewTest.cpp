@@ -172,6 +172,14 @@ struct Fixture {
     TranscriptView view;
 };
 
+QStringList menuEntries(const QMenu *menu)
+{
+    QStringList entries;
+    for (const QAction *a : menu->actions())
+        entries.append(a->isSeparator() ? QStringLiteral("--") : a->text());
+    return entries;
+}
+
 QSet<QString> setOf(const QStringList &ids)
 {
     return QSet<QString>(ids.cbegin(), ids.cend());
@@ -358,10 +366,7 @@ private Q_SLOTS:
         Fixture f(interview());
         f.showLoaded();
         QMenu *menu = f.openMenu("s4");
-        QStringList entries;
-        for (QAction *a : menu->actions())
-            entries.append(a->isSeparator() ? QStringLiteral("--") : a->text());
-        QCOMPARE(entries, (QStringList{"Grade A", "Grade B", "Grade C", "--"}));
+        QCOMPARE(menuEntries(menu), (QStringList{"Grade A", "Grade B", "Grade C", "--"}));
         menu->close();
 
         f.chooseFromMenu("s4", "Grade B");
@@ -369,10 +374,8 @@ private Q_SLOTS:
         QCOMPARE(f.selects.segmentGrades().value("s4"), QStringLiteral("B"));
 
         menu = f.openMenu("s4");
-        entries.clear();
-        for (QAction *a : menu->actions())
-            entries.append(a->isSeparator() ? QStringLiteral("--") : a->text());
-        QCOMPARE(entries, (QStringList{"Grade A", "Grade B", "Grade C", "--", "Remove select"}));
+        QCOMPARE(menuEntries(menu),
+                 (QStringList{"Grade A", "Grade B", "Grade C", "--", "Remove select"}));
         QVERIFY(menu->actions()[0]->icon().isNull());
         QVERIFY(!menu->actions()[1]->icon().isNull());
         menu->close();
