@@ -496,13 +496,19 @@ private Q_SLOTS:
         f.view.resize(560, f.view.heightForWidth(560) > 0 ? f.view.heightForWidth(560)
                                                            : f.view.sizeHint().height());
         QApplication::processEvents();
-        const QPixmap shot = f.view.grab();
-        QVERIFY(!shot.isNull());
+        QMenu *menu = f.openMenu("r3");
+        menu->adjustSize();
+        const QString theme = dark ? QStringLiteral("dark") : QStringLiteral("light");
+        const QList<std::pair<QString, QPixmap>> shots{
+            {QStringLiteral("transcript-%1.png").arg(theme), f.view.grab()},
+            {QStringLiteral("transcript-menu-%1.png").arg(theme), menu->grab()},
+        };
+        menu->close();
         const QString dir = qEnvironmentVariable("VORLIX_SCREENSHOT_DIR");
-        if (!dir.isEmpty()) {
-            QVERIFY(QDir().mkpath(dir));
-            QVERIFY(shot.save(QDir(dir).filePath(dark ? QStringLiteral("transcript-dark.png")
-                                                      : QStringLiteral("transcript-light.png"))));
+        for (const auto &[name, shot] : shots) {
+            QVERIFY(!shot.isNull());
+            if (!dir.isEmpty())
+                QVERIFY(QDir().mkpath(dir) && shot.save(QDir(dir).filePath(name)));
         }
     }
 };
