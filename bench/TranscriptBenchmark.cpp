@@ -94,8 +94,29 @@ void paintVisibleTranscript(benchmark::State &state)
     state.counters["scroll_range_px"] = scroll->maximum();
 }
 
+// One click on a chip in the middle of the transcript: the selection changes, the chip gains its
+// padding so its run reflows, and the visible part is painted again.
+void selectAndRepaint(benchmark::State &state)
+{
+    const QList<TranscriptSegment> segments = makeInterview(state.range(0) == 1);
+    Screen screen(segments);
+    QScrollBar *scroll = screen.area.verticalScrollBar();
+    scroll->setValue(scroll->maximum() / 2);
+    QImage image(screen.area.viewport()->size(), QImage::Format_ARGB32_Premultiplied);
+    const QString id = segments[utteranceCount / 2].id;
+    for (auto _ : state) {
+        SegmentSelection selection = screen.selects.selection();
+        selection.toggle(id);
+        screen.selects.setSelection(selection);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        QPainter painter(&image);
+        screen.area.viewport()->render(&painter);
+    }
+}
+
 } // namespace
 
+BENCHMARK(selectAndRepaint)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(layoutTranscript)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintVisibleTranscript)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
