@@ -220,7 +220,7 @@ void SpeakerRunView::paintEvent(QPaintEvent *event)
 void SpeakerRunView::mousePressEvent(QMouseEvent *event)
 {
     m_pressedChip = event->button() == Qt::LeftButton ? chipAt(event->position()) : -1;
-    QWidget::mousePressEvent(event);
+    event->accept();
 }
 
 void SpeakerRunView::mouseReleaseEvent(QMouseEvent *event)
@@ -228,7 +228,7 @@ void SpeakerRunView::mouseReleaseEvent(QMouseEvent *event)
     const qsizetype pressed = std::exchange(m_pressedChip, -1);
     if (event->button() == Qt::LeftButton && pressed >= 0 && chipAt(event->position()) == pressed)
         Q_EMIT chipClicked(m_run.segments[pressed].id, event->modifiers());
-    QWidget::mouseReleaseEvent(event);
+    event->accept();
 }
 
 void SpeakerRunView::contextMenuEvent(QContextMenuEvent *event)

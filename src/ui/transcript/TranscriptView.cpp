@@ -131,6 +131,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
 void TranscriptView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    // The task runs on by itself; it checks that the view still exists before storing anything.
     if (m_transcriptSegments.isEmpty() && !m_isLoadingTranscript)
         loadTranscript();
 }

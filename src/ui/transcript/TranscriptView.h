@@ -18,7 +18,8 @@ class SpeakerRunView;
 
 // The transcript tab of a session: utterances flowing in speaker runs, where the editor picks
 // selects with clicks, offers a range with a shift-click and grades picks from the context menu.
-// The selects live in the host's SelectsModel; this view only edits them. It lays out its full
+// The selects live in the host's SelectsModel, which must outlive the view; this view only edits
+// them. The transcript is fetched once, when the view is first shown. It lays out its full
 // height; scrolling is the host's business.
 class TranscriptView : public QWidget
 {
