@@ -455,6 +455,31 @@ private Q_SLOTS:
         QVERIFY(qAbs(cache.width(text) - QFontMetricsF(font).horizontalAdvance(text)) < 1.0);
     }
 
+    void loadingAndEmptyScreenshot()
+    {
+        ShootSession noText = sessionWithMarkers();
+        noText.markers.clear();
+        Fixture loading(interview());
+        Fixture empty({}, Answer::Empty, noText);
+        loading.holdFetch = true;
+        loading.view.show();
+        empty.showLoaded();
+        QApplication::processEvents();
+        QVERIFY(loading.view.isLoadingTranscript());
+        const QString dir = qEnvironmentVariable("VORLIX_SCREENSHOT_DIR");
+        for (Fixture *f : {&loading, &empty}) {
+            const QPixmap shot = f->view.grab(QRect(0, 0, 420, 140));
+            QVERIFY(!shot.isNull());
+            if (!dir.isEmpty()) {
+                const QString name = f == &loading ? QStringLiteral("transcript-loading.png")
+                                                   : QStringLiteral("transcript-empty.png");
+                QVERIFY(QDir().mkpath(dir) && shot.save(QDir(dir).filePath(name)));
+            }
+        }
+        Q_EMIT loading.gate.opened();
+        QTRY_VERIFY(!loading.view.isLoadingTranscript());
+    }
+
     void screenshots_data()
     {
         QTest::addColumn<bool>("dark");
