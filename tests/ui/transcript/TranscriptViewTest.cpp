@@ -455,6 +455,19 @@ private Q_SLOTS:
         QVERIFY(qAbs(cache.width(text) - QFontMetricsF(font).horizontalAdvance(text)) < 1.0);
     }
 
+    void secondaryTextFollowsAPaletteSwitch()
+    {
+        Fixture f(interview());
+        f.showLoaded();
+        const QPalette before = QApplication::palette();
+        QApplication::setPalette(fusionPalette(true));
+        QApplication::processEvents(); // the palette reaches the widgets through posted events
+        const QColor clearAll = f.toolButton("Clear all")->palette().color(QPalette::ButtonText);
+        QApplication::setPalette(before);
+        QCOMPARE(clearAll.rgb(), QColor(236, 236, 240).rgb());
+        QVERIFY(clearAll.alpha() < 255);
+    }
+
     void loadingAndEmptyScreenshot()
     {
         ShootSession noText = sessionWithMarkers();
