@@ -1,0 +1,30 @@
+#pragma once
+
+#include "model/Rgb.h"
+
+#include <QColor>
+#include <QFont>
+#include <QIcon>
+#include <QPalette>
+
+// Sizes are given in the design's points and used as logical pixels, so the transcript has the
+// same proportions on every platform whatever the screen's dots per inch.
+namespace TranscriptStyle {
+
+QColor toQColor(Rgb rgb, qreal opacity = 1.0);
+
+// The range offer's yellow, the platform's system yellow rather than pure (255, 255, 0), which
+// glares on a light background.
+inline constexpr Rgb yellow{255, 204, 0};
+
+// Secondary text: the palette's text colour, faded, so it reads on light and dark alike.
+QColor secondaryText(const QPalette &palette);
+
+QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
+QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
+
+// The few symbols the transcript shows ("highlighter", "xmark", "checkmark", "text.alignleft"),
+// drawn with the painter in the given colour so they follow the palette.
+QIcon symbol(const QString &name, const QColor &color, int pixelSize);
+
+} // namespace TranscriptStyle

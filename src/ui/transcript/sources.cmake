@@ -1,0 +1,10 @@
+target_sources(vorlix_ui PRIVATE
+  ui/transcript/SpeakerRun.h ui/transcript/SpeakerRun.cpp
+  ui/transcript/SegmentSelection.h ui/transcript/SegmentSelection.cpp
+  ui/transcript/SelectsModel.h ui/transcript/SelectsModel.cpp
+  ui/transcript/TranscriptSource.h ui/transcript/TranscriptSource.cpp
+  ui/transcript/WrappingHStack.h ui/transcript/WrappingHStack.cpp
+  ui/transcript/TranscriptStyle.h ui/transcript/TranscriptStyle.cpp
+  ui/transcript/WordWidthCache.h ui/transcript/WordWidthCache.cpp
+  ui/transcript/SpeakerRunView.h ui/transcript/SpeakerRunView.cpp
+  ui/transcript/TranscriptView.h ui/transcript/TranscriptView.cpp)
