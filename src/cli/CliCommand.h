@@ -32,6 +32,7 @@ struct CliCommand {
 
 // Every command group adds itself here; the list is the tool's whole surface.
 QList<CliCommand> matchCommands();
+QList<CliCommand> serviceCommands();
 
 // Parses the arguments (without the program name), runs the chosen command and gives the exit
 // status: 0 success, 1 failure, 2 bad usage (usage on stderr).

@@ -11,6 +11,7 @@ int main(int argc, char *argv[])
 
     QList<CliCommand> commands;
     commands += matchCommands();
+    commands += serviceCommands();
 
     int status = 0;
     QTimer::singleShot(0, &app, [&] {

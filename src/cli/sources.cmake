@@ -4,3 +4,4 @@ add_executable(vorlix-sync-cli
   cli/CliIo.h cli/CliIo.cpp
   cli/MatchCommands.cpp)
 target_link_libraries(vorlix-sync-cli PRIVATE vorlix_core vorlix_warnings)
+target_sources(vorlix-sync-cli PRIVATE cli/ServiceCommands.cpp)
