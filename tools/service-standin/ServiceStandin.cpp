@@ -163,7 +163,7 @@ HttpAnswer ServiceStandin::verify(const QHttpServerRequest &request)
                                           {QStringLiteral("sid"), sid},
                                           {QStringLiteral("user"), QJsonObject{{QStringLiteral("name"), name},
                                                                                {QStringLiteral("email"), email}}}});
-    answer.headers.append({"Set-Cookie", "sid=" + sid.toLatin1() + "; Path=/; HttpOnly"});
+    answer.headers.append(std::pair<QByteArray, QByteArray>("Set-Cookie", "sid=" + sid.toLatin1() + "; Path=/; HttpOnly"));
     return answer;
 }
 

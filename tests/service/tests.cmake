@@ -1,0 +1,2 @@
+vorlix_add_test(tst_servicejson SOURCES service/ServiceJsonTest.cpp)
+vorlix_add_test(tst_apiservice SOURCES service/APIServiceTest.cpp service/ServiceTestSupport.h LIBS vorlix_service_standin)
