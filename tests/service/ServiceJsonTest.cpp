@@ -243,34 +243,15 @@ private Q_SLOTS:
         QCOMPARE(ServiceJson::loginResultFromAnswer(object(R"({"user": ["Ana"]})"), "t@x.org"), (LoginResult{"", "t@x.org"}));
     }
 
-    // Random answers built from the service's own keys and values of every JSON type: the
-    // mappings must give records that keep their invariants, whatever arrives.
+    // Random answers shaped like the service's, every key holding the expected type most of the
+    // time and anything else otherwise: the mappings must give records that keep their
+    // invariants, whatever arrives.
     void randomAnswers()
     {
-        QRandomGenerator random(20241123);
-        const QStringList keys{"sessions", "share_token", "title", "created_at", "markers", "id", "marker_type",
-                               "timecode", "timecode_out", "summary", "quote", "transcript_window", "manual_note",
-                               "ok", "segments", "utterance_id", "speaker", "text", "highlighted", "word_timings",
-                               "sid", "user", "name", "email", "error", "message", "start"};
-        std::function<QJsonValue(int)> value = [&](int depth) -> QJsonValue {
-            switch (random.bounded(depth > 3 ? 6 : 8)) {
-            case 0: return QJsonValue();
-            case 1: return random.bounded(2) == 1;
-            case 2: return (random.generateDouble() - 0.5) * std::pow(10.0, random.bounded(20));
-            case 3: return double(random.bounded(100));
-            case 4: return QStringLiteral("2024-05-01T09:30:%1Z").arg(random.bounded(70));
-            case 5: return keys.at(random.bounded(keys.size()));
-            case 6: {
-                QJsonArray array;
-                for (int i = random.bounded(6); i > 0; --i)
-                    array.append(random.bounded(4) ? QJsonValue(objectOf(depth + 1, value)) : value(depth + 1));
-                return array;
-            }
-            default: return objectOf(depth + 1, value);
-            }
-        };
-        for (int round = 0; round < 3000; ++round) {
-            const QJsonObject answer = objectOf(0, value);
+        RandomAnswers answers(20241123);
+        int sessionCount = 0, markerCount = 0, segmentCount = 0;
+        for (int round = 0; round < 2000; ++round) {
+            const QJsonObject answer = answers.answer();
             const QList<ShootSession> sessions = ServiceJson::sessionsFromAnswer(answer, fetchTime);
             QVERIFY(sessions.size() <= answer.value(QStringLiteral("sessions")).toArray().size());
             for (const ShootSession &session : sessions) {
@@ -280,28 +261,128 @@ private Q_SLOTS:
                 QVERIFY(session.matchedClips.isEmpty());
                 for (const ShootMarker &marker : session.markers)
                     QVERIFY(marker.createdAt.isValid());
+                markerCount += int(session.markers.size());
             }
-            for (const TranscriptSegment &segment : ServiceJson::transcriptFromAnswer(answer))
+            sessionCount += int(sessions.size());
+            const QList<TranscriptSegment> segments = ServiceJson::transcriptFromAnswer(answer);
+            for (const TranscriptSegment &segment : segments)
                 QVERIFY(!segment.id.isEmpty());
-            QVERIFY(!ServiceJson::loginRefusal(answer).value_or(QStringLiteral("x")).isNull());
+            segmentCount += int(segments.size());
+            QVERIFY(!ServiceJson::loginRefusal(answer).value_or(QStringLiteral("accepted")).isNull());
             ServiceJson::loginCodeRefusal(answer);
-            ServiceJson::credentialFromAnswer(answer, std::nullopt);
+            ServiceJson::credentialFromAnswer(answer, QByteArray(";"));
             ServiceJson::loginResultFromAnswer(answer, QStringLiteral("t@x.org"));
         }
+        // The generator must reach the deep mappings, or the run proves little.
+        QVERIFY2(sessionCount > 500 && markerCount > 500 && segmentCount > 200,
+                 qPrintable(QStringLiteral("%1 sessions, %2 markers, %3 segments").arg(sessionCount).arg(markerCount).arg(segmentCount)));
     }
 
 private:
-    QJsonObject objectOf(int depth, const std::function<QJsonValue(int)> &value)
+    class RandomAnswers
     {
-        static QRandomGenerator keyRandom(7);
-        static const QStringList keys{"sessions", "share_token", "title", "created_at", "markers", "id", "marker_type",
-                                      "timecode", "ok", "segments", "utterance_id", "highlighted", "word_timings",
-                                      "sid", "user", "name", "email", "error", "message", "zzz"};
-        QJsonObject object;
-        for (int i = int(keyRandom.bounded(depth > 3 ? 3 : 9)); i > 0; --i)
-            object.insert(keys.at(keyRandom.bounded(keys.size())), value(depth));
-        return object;
-    }
+    public:
+        explicit RandomAnswers(quint32 seed) : m_random(seed) {}
+
+        QJsonObject answer()
+        {
+            return record({{"ok", [&] { return QJsonValue(m_random.bounded(4) != 0); }},
+                           {"sessions", [&] { return array([&] { return session(); }); }},
+                           {"segments", [&] { return array([&] { return segment(); }); }},
+                           {"sid", [&] { return text(); }},
+                           {"user", [&] { return QJsonValue(record({{"name", [&] { return text(); }}, {"email", [&] { return text(); }}})); }},
+                           {"error", [&] { return text(); }},
+                           {"message", [&] { return text(); }}});
+        }
+
+    private:
+        using Field = std::pair<const char *, std::function<QJsonValue()>>;
+
+        // Each field is present half the time; three times in four it holds its own type.
+        QJsonObject record(const QList<Field> &fields)
+        {
+            QJsonObject object;
+            for (const auto &[key, make] : fields) {
+                if (m_random.bounded(2))
+                    object.insert(QLatin1String(key), m_random.bounded(4) ? make() : anything(2));
+            }
+            return object;
+        }
+
+        QJsonValue array(const std::function<QJsonValue()> &element)
+        {
+            QJsonArray values;
+            for (int i = int(m_random.bounded(6)); i > 0; --i)
+                values.append(m_random.bounded(30) ? element() : anything(1));
+            return values;
+        }
+
+        QJsonValue session()
+        {
+            return record({{"share_token", [&] { return text(); }},
+                           {"share_token", [&] { return text(); }},
+                           {"title", [&] { return text(); }},
+                           {"created_at", [&] { return date(); }},
+                           {"markers", [&] { return array([&] { return marker(); }); }},
+                           {"markers", [&] { return array([&] { return marker(); }); }}});
+        }
+
+        QJsonValue marker()
+        {
+            QList<Field> fields;
+            for (const char *key : {"id", "marker_type", "timecode", "timecode_out", "summary", "quote",
+                                    "transcript_window", "manual_note"})
+                fields.append({key, [&] { return text(); }});
+            fields.append({"created_at", [&] { return date(); }});
+            return record(fields);
+        }
+
+        QJsonValue segment()
+        {
+            return record({{"utterance_id", [&] { return m_random.bounded(3) ? text() : QJsonValue(QString()); }},
+                           {"id", [&] { return QJsonValue(double(m_random.bounded(1000)) / (m_random.bounded(4) ? 1 : 8)); }},
+                           {"speaker", [&] { return text(); }},
+                           {"text", [&] { return text(); }},
+                           {"timecode", [&] { return text(); }},
+                           {"highlighted", [&] { return QJsonValue(m_random.bounded(2) == 1); }},
+                           {"word_timings", [&] {
+                                return array([&] {
+                                    return QJsonValue(QJsonObject{{"start", m_random.generateDouble()},
+                                                                  {"end", m_random.bounded(20) ? QJsonValue(1.0) : text()}});
+                                });
+                            }}});
+        }
+
+        QJsonValue text()
+        {
+            static const QStringList samples{"", "log", "10:00:00:00", "sid=a; Path=/", "Shoot session", "\u00e9\u2603", "a b?c"};
+            return samples.at(m_random.bounded(samples.size()));
+        }
+
+        QJsonValue date()
+        {
+            return QStringLiteral("2024-%1-01T09:30:%2%3")
+                .arg(m_random.bounded(1, 14), 2, 10, QLatin1Char('0'))
+                .arg(m_random.bounded(0, 62), 2, 10, QLatin1Char('0'))
+                .arg(QStringList{"Z", ".5Z", "+02:00", "", "-0130"}.at(m_random.bounded(5)));
+        }
+
+        QJsonValue anything(int depth)
+        {
+            switch (m_random.bounded(depth > 0 ? 8 : 6)) {
+            case 0: return QJsonValue();
+            case 1: return m_random.bounded(2) == 1;
+            case 2: return (m_random.generateDouble() - 0.5) * std::pow(10.0, m_random.bounded(300));
+            case 3: return double(m_random.bounded(100));
+            case 4: return text();
+            case 5: return date();
+            case 6: return QJsonArray{anything(depth - 1), anything(depth - 1)};
+            default: return QJsonObject{{"id", anything(depth - 1)}, {"share_token", anything(depth - 1)}};
+            }
+        }
+
+        QRandomGenerator m_random;
+    };
 };
 
 QTEST_GUILESS_MAIN(ServiceJsonTest)
