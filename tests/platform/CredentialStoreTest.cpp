@@ -49,15 +49,6 @@ private Q_SLOTS:
         m_store.remove(); // deleting when nothing is stored is harmless
         QCOMPARE(m_store.read(), std::nullopt);
     }
-
-    void storesAreSeparatedByService()
-    {
-        const CredentialStore other(QStringLiteral("io.vorlix.sync.test-credential-store-other"));
-        m_store.write(QStringLiteral("sid=mine"));
-        QCOMPARE(other.read(), std::nullopt);
-        other.remove();
-        QCOMPARE(m_store.read(), std::optional(QStringLiteral("sid=mine")));
-    }
 };
 
 QTEST_GUILESS_MAIN(CredentialStoreTest)

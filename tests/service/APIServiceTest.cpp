@@ -57,6 +57,7 @@ private Q_SLOTS:
         QTest::newRow("refused without error") << answer(200, R"({"ok": false})") << "Failed to send code";
         QTest::newRow("refused with error") << answer(429, R"({"ok": false, "error": "Slow down"})") << "Slow down";
         QTest::newRow("array") << answer(200, R"([{"ok": true}])") << "Failed to send code";
+        QTest::newRow("error not text") << answer(400, R"({"error": 5})") << "Failed to send code";
     }
 
     void requestLoginCode()

@@ -77,21 +77,6 @@ private Q_SLOTS:
         QVERIFY(sessions[2].markers.isEmpty());
     }
 
-    void sessionsKeyOfAnotherType_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("missing") << QByteArray("{}");
-        QTest::newRow("object") << QByteArray(R"({"sessions": {"share_token": "a"}})");
-        QTest::newRow("array with a string") << QByteArray(R"({"sessions": [{"share_token": "a"}, "b"]})");
-        QTest::newRow("null") << QByteArray(R"({"sessions": null})");
-    }
-
-    void sessionsKeyOfAnotherType()
-    {
-        QFETCH(QByteArray, answer);
-        QVERIFY(ServiceJson::sessionsFromAnswer(object(answer), fetchTime).isEmpty());
-    }
-
     void markerMapping()
     {
         const ShootMarker full = ServiceJson::markerFromService(object(R"({
@@ -168,70 +153,6 @@ private Q_SLOTS:
         QCOMPARE(wrong.timecode, QString());
         QVERIFY(!wrong.highlighted);
         QVERIFY2(!wrong.wordTimings, "one bad entry voids the whole field");
-    }
-
-    void transcriptAnswer_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<int>("count");
-        QTest::newRow("ok") << QByteArray(R"({"ok": true, "segments": [{}, {"text": "x"}]})") << 2;
-        QTest::newRow("ok false") << QByteArray(R"({"ok": false, "segments": [{}]})") << 0;
-        QTest::newRow("ok missing") << QByteArray(R"({"segments": [{}]})") << 0;
-        QTest::newRow("ok as 1") << QByteArray(R"({"ok": 1, "segments": [{}]})") << 0;
-        QTest::newRow("no segments") << QByteArray(R"({"ok": true})") << 0;
-        QTest::newRow("segments hold a number") << QByteArray(R"({"ok": true, "segments": [{}, 2]})") << 0;
-    }
-
-    void transcriptAnswer()
-    {
-        QFETCH(QByteArray, answer);
-        QFETCH(int, count);
-        QCOMPARE(ServiceJson::transcriptFromAnswer(object(answer)).size(), count);
-    }
-
-    void loginAnswers_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("codeRefusal"); // empty: accepted
-        QTest::addColumn<QString>("loginRefusal");
-        QTest::newRow("ok") << QByteArray(R"({"ok": true})") << "" << "";
-        QTest::newRow("message only") << QByteArray(R"({"message": null})") << "" << "Unknown error";
-        QTest::newRow("ok false") << QByteArray(R"({"ok": false})") << "Failed to send code" << "Unknown error";
-        QTest::newRow("with error") << QByteArray(R"({"ok": false, "error": "Nope"})") << "Nope" << "Nope";
-        QTest::newRow("error not text") << QByteArray(R"({"error": 5})") << "Failed to send code" << "Unknown error";
-        QTest::newRow("ok as text") << QByteArray(R"({"ok": "true"})") << "Failed to send code" << "Unknown error";
-    }
-
-    void loginAnswers()
-    {
-        QFETCH(QByteArray, answer);
-        QFETCH(QString, codeRefusal);
-        QFETCH(QString, loginRefusal);
-        QCOMPARE(ServiceJson::loginCodeRefusal(object(answer)).value_or(QString()), codeRefusal);
-        QCOMPARE(ServiceJson::loginRefusal(object(answer)).value_or(QString()), loginRefusal);
-    }
-
-    void credentials_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QByteArray>("setCookie"); // "-": no header
-        QTest::addColumn<QString>("credential");   // "-": nothing stored
-        QTest::newRow("sid wins") << QByteArray(R"({"sid": "abc"})") << QByteArray("sid=zzz") << "sid=abc";
-        QTest::newRow("empty sid") << QByteArray(R"({"sid": ""})") << QByteArray("-") << "sid=";
-        QTest::newRow("header") << QByteArray("{}") << QByteArray("sid=xyz; Path=/; HttpOnly") << "sid=xyz";
-        QTest::newRow("header, empty first piece") << QByteArray("{}") << QByteArray(";;a=1; Path=/") << "a=1";
-        QTest::newRow("sid not text") << QByteArray(R"({"sid": 5})") << QByteArray("k=v") << "k=v";
-        QTest::newRow("empty header") << QByteArray("{}") << QByteArray("") << "-";
-        QTest::newRow("nothing") << QByteArray("{}") << QByteArray("-") << "-";
-    }
-
-    void credentials()
-    {
-        QFETCH(QByteArray, answer);
-        QFETCH(QByteArray, setCookie);
-        QFETCH(QString, credential);
-        const auto header = setCookie == "-" ? std::nullopt : std::optional(setCookie);
-        QCOMPARE(ServiceJson::credentialFromAnswer(object(answer), header).value_or(QStringLiteral("-")), credential);
     }
 
     void loginResult()
