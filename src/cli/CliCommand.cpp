@@ -1,8 +1,7 @@
 #include "cli/CliCommand.h"
 
 #include "cli/CliIo.h"
-
-#include <QProcessEnvironment>
+#include "service/ServiceUrl.h"
 
 namespace {
 
@@ -71,19 +70,19 @@ int CliContext::fail(const QString &message) const
 
 QCoro::Task<int> runCli(const QList<CliCommand> &commands, QStringList arguments)
 {
-    CliContext context;
-    context.serviceUrl = QProcessEnvironment::systemEnvironment().value(QStringLiteral("VORLIX_SERVICE_URL"),
-                                                                        QStringLiteral(VORLIX_DEFAULT_SERVICE_URL));
+    std::optional<QString> serviceUrlOption;
     while (!arguments.isEmpty() && arguments.first().startsWith(QLatin1String("--service-url"))) {
         const QString first = arguments.takeFirst();
         if (first.startsWith(QLatin1String("--service-url="))) {
-            context.serviceUrl = first.mid(first.indexOf(QLatin1Char('=')) + 1);
+            serviceUrlOption = first.mid(first.indexOf(QLatin1Char('=')) + 1);
         } else if (first == QLatin1String("--service-url") && !arguments.isEmpty()) {
-            context.serviceUrl = arguments.takeFirst();
+            serviceUrlOption = arguments.takeFirst();
         } else {
             co_return usage(QStringLiteral("--service-url needs a URL."), groupHelp(commands, QString()));
         }
     }
+    CliContext context;
+    context.serviceUrl = resolveServiceUrl(serviceUrlOption);
     if (arguments.isEmpty())
         co_return usage(QStringLiteral("No command given."), groupHelp(commands, QString()));
     if (isHelp(arguments.first())) {

@@ -34,6 +34,7 @@ struct CliCommand {
 QList<CliCommand> matchCommands();
 QList<CliCommand> exportCommands();
 QList<CliCommand> mediaCommands();
+QList<CliCommand> serviceCommands();
 
 // Parses the arguments (without the program name), runs the chosen command and gives the exit
 // status: 0 success, 1 failure, 2 bad usage (usage on stderr).

@@ -13,6 +13,7 @@ int main(int argc, char *argv[])
     commands += matchCommands();
     commands += exportCommands();
     commands += mediaCommands();
+    commands += serviceCommands();
 
     int status = 0;
     QTimer::singleShot(0, &app, [&] {

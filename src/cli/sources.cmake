@@ -6,3 +6,4 @@ add_executable(vorlix-sync-cli
 target_link_libraries(vorlix-sync-cli PRIVATE vorlix_core vorlix_warnings)
 target_sources(vorlix-sync-cli PRIVATE cli/ExportCommands.cpp)
 target_sources(vorlix-sync-cli PRIVATE cli/MediaCommands.cpp)
+target_sources(vorlix-sync-cli PRIVATE cli/ServiceCommands.cpp)

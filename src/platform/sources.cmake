@@ -1,9 +1,8 @@
 target_sources(vorlix_core PRIVATE
-  platform/Preferences.h platform/Preferences.cpp)
-target_sources(vorlix_core PRIVATE
-  platform/AtomicFile.h platform/AtomicFile.cpp)
-target_sources(vorlix_core PRIVATE
-  platform/Desktop.h)
-target_sources(vorlix_core PRIVATE
+  platform/Preferences.h platform/Preferences.cpp
+  platform/AtomicFile.h platform/AtomicFile.cpp
+  platform/Desktop.h
   platform/Workspace.h
-  platform/ProcessWorkspace.h platform/ProcessWorkspace.cpp)
+  platform/ProcessWorkspace.h platform/ProcessWorkspace.cpp
+  platform/CredentialStore.h platform/CredentialStore.cpp
+  platform/NotificationCenter.h platform/NotificationCenter.cpp)

@@ -3,7 +3,6 @@
 #include "timecode/Timecode.h"
 
 #include <algorithm>
-#include <utility>
 
 std::optional<double> ClipMatcher::tcToSeconds(QStringView timecode, int fps)
 {
@@ -31,9 +30,29 @@ QString ClipMatcher::nudgeTC(const QString &timecode, int frames, int fps)
     return Timecode::format(h, m, s, f);
 }
 
+ClipMatcher::ClipRanges::ClipRanges(const QList<MediaClip> &clips)
+    : m_clips(clips)
+{
+    m_ranges.reserve(clips.size());
+    for (qsizetype i = 0; i < clips.size(); ++i) {
+        const MediaClip &clip = clips.at(i);
+        if (!clip.timecode)
+            continue;
+        const double start = MediaClip::tcToSeconds(*clip.timecode);
+        m_ranges.append({start, start + clip.duration, i});
+    }
+}
+
 ShootSession ClipMatcher::matchClipsToSession(const QList<MediaClip> &clips, const ShootSession &session)
 {
     if (session.markers.isEmpty() || clips.isEmpty())
+        return session;
+    return matchClipsToSession(ClipRanges(clips), session);
+}
+
+ShootSession ClipMatcher::matchClipsToSession(const ClipRanges &clips, const ShootSession &session)
+{
+    if (session.markers.isEmpty() || clips.m_clips.isEmpty())
         return session;
 
     std::optional<double> first, last;
@@ -47,22 +66,18 @@ ShootSession ClipMatcher::matchClipsToSession(const QList<MediaClip> &clips, con
     if (!first)
         return session;
 
-    QList<std::pair<double, const MediaClip *>> matches;
-    for (const MediaClip &clip : clips) {
-        if (!clip.timecode)
-            continue;
-        const double start = MediaClip::tcToSeconds(*clip.timecode);
-        const double end = start + clip.duration;
-        if (start <= *last + tolerance && *first - tolerance <= end)
-            matches.append({start, &clip});
+    QList<const ClipRanges::Range *> matches;
+    for (const ClipRanges::Range &range : clips.m_ranges) {
+        if (range.start <= *last + tolerance && *first - tolerance <= range.end)
+            matches.append(&range);
     }
     std::stable_sort(matches.begin(), matches.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
+                     [](const auto *a, const auto *b) { return a->start < b->start; });
 
     ShootSession matched = session;
     matched.matchedClips.clear();
     matched.matchedClips.reserve(matches.size());
-    for (const auto &[start, clip] : matches)
-        matched.matchedClips.append(*clip);
+    for (const ClipRanges::Range *range : matches)
+        matched.matchedClips.append(clips.m_clips.at(range->clip));
     return matched;
 }

@@ -19,7 +19,26 @@ public:
     // fields comes back unchanged.
     static QString nudgeTC(const QString &timecode, int frames, int fps);
 
+    // The clips with their ranges in seconds, read once so that re-matching every session after
+    // a sync or a scan does not parse every clip's timecode once per session.
+    class ClipRanges
+    {
+    public:
+        explicit ClipRanges(const QList<MediaClip> &clips);
+
+    private:
+        friend class ClipMatcher;
+        struct Range {
+            double start;
+            double end;
+            qsizetype clip;
+        };
+        QList<MediaClip> m_clips;
+        QList<Range> m_ranges; // clips with a timecode, in scan order
+    };
+
     // The session with matchedClips replaced by the clips whose range touches the widened span
     // of its marker timecodes, ordered by start (stable). Unchanged when nothing can be decided.
     static ShootSession matchClipsToSession(const QList<MediaClip> &clips, const ShootSession &session);
+    static ShootSession matchClipsToSession(const ClipRanges &clips, const ShootSession &session);
 };

@@ -1,0 +1,187 @@
+#include "service/APIService.h"
+
+#include <QCoro/QCoroNetworkReply>
+#include <QJsonDocument>
+#include <QJsonParseError>
+#include <QNetworkAccessManager>
+#include <QNetworkCookie>
+#include <QNetworkCookieJar>
+#include <QNetworkReply>
+
+namespace {
+
+// A jar that keeps nothing: the service's cookies reach us only through the credential store.
+class NoCookieJar : public QNetworkCookieJar
+{
+public:
+    using QNetworkCookieJar::QNetworkCookieJar;
+
+    QList<QNetworkCookie> cookiesForUrl(const QUrl &) const override { return {}; }
+    bool setCookiesFromUrl(const QList<QNetworkCookie> &, const QUrl &) override { return false; }
+};
+
+struct DeleteLater {
+    void operator()(QObject *object) const { object->deleteLater(); }
+};
+
+// Paths and texts live outside the coroutines: g++ 12 cannot compile QStringLiteral inside one.
+const QString loginCodePath = QStringLiteral("/auth/login");
+const QString verifyPath = QStringLiteral("/auth/verify");
+const QString sessionsPath = QStringLiteral("/api/shoot/sessions");
+
+QByteArray jsonBody(const QString &email, const std::optional<QString> &code = std::nullopt)
+{
+    QJsonObject object{{QStringLiteral("email"), email}};
+    if (code)
+        object.insert(QStringLiteral("code"), *code);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+APIError statusError(const char *prefix, int status)
+{
+    return APIError::loginFailed(QString::fromLatin1(prefix) + QString::number(status));
+}
+
+// A top level other than an object reads as an empty object, so every key counts as missing.
+QJsonObject parseAnswer(const QByteArray &body)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    if (error.error != QJsonParseError::NoError)
+        throw APIError::parse(QStringLiteral("The server's answer is not valid JSON (%1).").arg(error.errorString()));
+    return document.object();
+}
+
+// Network-level failures (codes below 200) carry no answer; content and server errors are
+// Qt's reading of an HTTP status, which the operations judge themselves.
+bool isTransportFailure(QNetworkReply::NetworkError error, bool hasStatus)
+{
+    return error != QNetworkReply::NoError && (error < QNetworkReply::ContentAccessDenied || !hasStatus);
+}
+
+QString transportDescription(const QNetworkReply &reply)
+{
+    // Only the transfer time limit cancels a request, and Qt words that as a cancellation.
+    if (reply.error() == QNetworkReply::OperationCanceledError)
+        return QStringLiteral("The request timed out.");
+    return reply.errorString();
+}
+
+} // namespace
+
+APIService::APIService(QString baseURL, CredentialStore credentials, APITimeLimits limits)
+    : m_baseURL(std::move(baseURL)),
+      m_credentials(std::move(credentials)),
+      m_limits(limits),
+      m_network(std::make_unique<QNetworkAccessManager>())
+{
+    m_network->setCookieJar(new NoCookieJar(m_network.get()));
+}
+
+APIService::~APIService() = default;
+
+std::optional<QString> APIService::keychainRead() const
+{
+    return m_credentials.read();
+}
+
+void APIService::keychainWrite(const QString &text) const
+{
+    m_credentials.write(text);
+}
+
+void APIService::keychainDelete() const
+{
+    m_credentials.remove();
+}
+
+std::optional<QUrl> APIService::transcriptUrl(const QString &baseURL, const QString &token)
+{
+    // The characters a URL path may hold unescaped, "/" included, beyond the unreserved ones.
+    const QByteArray segment = QUrl::toPercentEncoding(token, QByteArrayLiteral("!$&'()*+,/:;=@"));
+    const QUrl url(baseURL + QStringLiteral("/api/ferro/") + QString::fromLatin1(segment) + QStringLiteral("/transcript"),
+                   QUrl::StrictMode);
+    if (!url.isValid())
+        return std::nullopt;
+    return url;
+}
+
+QNetworkRequest APIService::jsonPost(const QString &path) const
+{
+    QNetworkRequest request(QUrl(m_baseURL + path));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    return request;
+}
+
+QNetworkRequest APIService::authenticatedGet(const QUrl &url) const
+{
+    QNetworkRequest request(url);
+    if (const auto credential = keychainRead())
+        request.setRawHeader(QByteArrayLiteral("Cookie"), credential->toUtf8());
+    return request;
+}
+
+QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::optional<QByteArray> body,
+                                                 std::chrono::milliseconds limit)
+{
+    request.setTransferTimeout(int(limit.count()));
+    const std::unique_ptr<QNetworkReply, DeleteLater> reply(body ? m_network->post(request, *body)
+                                                                 : m_network->get(request));
+    co_await reply.get();
+
+    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (isTransportFailure(reply->error(), status.isValid()))
+        throw APIError::transport(transportDescription(*reply));
+    Answer answer;
+    if (status.isValid())
+        answer.status = status.toInt();
+    answer.body = reply->readAll();
+    if (reply->hasRawHeader("Set-Cookie"))
+        answer.setCookie = reply->rawHeader("Set-Cookie");
+    co_return answer;
+}
+
+QCoro::Task<> APIService::requestLoginCode(QString email)
+{
+    const Answer answer = co_await send(jsonPost(loginCodePath), jsonBody(email), m_limits.loginCode);
+    if (const auto refusal = ServiceJson::loginCodeRefusal(parseAnswer(answer.body)))
+        throw APIError::loginFailed(*refusal);
+}
+
+QCoro::Task<LoginResult> APIService::login(QString email, QString code)
+{
+    QNetworkRequest request = jsonPost(verifyPath);
+    request.setRawHeader("x-vorlix-client", "live");
+    const Answer answer = co_await send(request, jsonBody(email, code), m_limits.login);
+    if (!answer.status)
+        throw APIError::invalidResponse();
+    const QJsonObject object = parseAnswer(answer.body);
+    if (const auto refusal = ServiceJson::loginRefusal(object))
+        throw APIError::loginFailed(*refusal);
+    if (const auto credential = ServiceJson::credentialFromAnswer(object, answer.setCookie))
+        keychainWrite(*credential);
+    co_return ServiceJson::loginResultFromAnswer(object, email);
+}
+
+QCoro::Task<QList<ShootSession>> APIService::fetchShootSessions()
+{
+    const Answer answer = co_await send(authenticatedGet(QUrl(m_baseURL + sessionsPath)), std::nullopt, m_limits.sessions);
+    if (!answer.status)
+        throw APIError::invalidResponse();
+    if (*answer.status != 200)
+        throw statusError("Server returned status ", *answer.status);
+    co_return ServiceJson::sessionsFromAnswer(parseAnswer(answer.body), QDateTime::currentDateTimeUtc());
+}
+
+QCoro::Task<QList<TranscriptSegment>> APIService::fetchTranscript(QString token)
+{
+    const auto url = transcriptUrl(m_baseURL, token);
+    if (!url)
+        throw APIError::invalidResponse();
+    const Answer answer = co_await send(authenticatedGet(*url), std::nullopt, m_limits.transcript);
+    if (!answer.status)
+        throw APIError::invalidResponse();
+    if (*answer.status != 200)
+        throw statusError("Transcript fetch failed with status ", *answer.status);
+    co_return ServiceJson::transcriptFromAnswer(parseAnswer(answer.body));
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/CredentialStore.h"
+#include "service/APIError.h"
+#include "service/ServiceJson.h"
+
+#include <QCoro/QCoroTask>
+#include <QNetworkRequest>
+#include <QUrl>
+#include <chrono>
+#include <memory>
+
+class QNetworkAccessManager;
+
+// How long a request may go without traffic before it fails with a time-out.
+struct APITimeLimits {
+    std::chrono::milliseconds loginCode{60000};
+    std::chrono::milliseconds login{60000};
+    std::chrono::milliseconds sessions{10000};
+    std::chrono::milliseconds transcript{15000};
+};
+
+// The client of the shoot-logging service. Each operation is a coroutine on the calling (GUI)
+// thread: it suspends while the request is in flight and either returns its value or throws an
+// APIError. The object must outlive every operation it started; make one and keep it.
+//
+// Only the stored credential is ever sent as a cookie: the network manager's cookie jar keeps
+// nothing, so the cookies a service sets are not replayed and signing out really signs out.
+class APIService
+{
+public:
+    // `baseURL` is the service's origin without a trailing slash (see resolveServiceUrl).
+    explicit APIService(QString baseURL, CredentialStore credentials = CredentialStore(), APITimeLimits limits = {});
+    ~APIService();
+
+    const QString &baseURL() const { return m_baseURL; }
+
+    // Asks the service to e-mail a login code. Throws loginFailed when the service refuses.
+    QCoro::Task<> requestLoginCode(QString email);
+    // Checks the code, stores the login credential and says who signed in. A refusal throws
+    // loginFailed and leaves the earlier credential in place.
+    QCoro::Task<LoginResult> login(QString email, QString code);
+    // The user's sessions in the service's order. A status other than 200 throws loginFailed.
+    QCoro::Task<QList<ShootSession>> fetchShootSessions();
+    // One session's transcript; an answer without "ok" true is an empty transcript.
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString token);
+
+    // The login credential: a "name=value" cookie text, sent as the Cookie header as it is.
+    std::optional<QString> keychainRead() const;
+    void keychainWrite(const QString &text) const;
+    void keychainDelete() const;
+
+    // The transcript address for a share token, percent-encoded as a path segment; nothing when
+    // no valid URL results.
+    static std::optional<QUrl> transcriptUrl(const QString &baseURL, const QString &token);
+
+private:
+    struct Answer {
+        std::optional<int> status; // absent when the answer was not HTTP
+        QByteArray body;
+        std::optional<QByteArray> setCookie;
+    };
+
+    QNetworkRequest jsonPost(const QString &path) const;
+    QNetworkRequest authenticatedGet(const QUrl &url) const;
+    QCoro::Task<Answer> send(QNetworkRequest request, std::optional<QByteArray> body, std::chrono::milliseconds limit);
+
+    QString m_baseURL;
+    CredentialStore m_credentials;
+    APITimeLimits m_limits;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+};

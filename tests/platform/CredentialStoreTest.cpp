@@ -1,0 +1,55 @@
+#include "platform/CredentialStore.h"
+
+#include <QTest>
+
+// Runs against the user's real secret store (scripts/test.sh provides a throw-away keyring),
+// under a service name of its own so the application's login is never touched.
+class CredentialStoreTest : public QObject
+{
+    Q_OBJECT
+
+    const CredentialStore m_store{QStringLiteral("io.vorlix.sync.test-credential-store")};
+
+private Q_SLOTS:
+    void init() { m_store.remove(); }
+    void cleanupTestCase() { m_store.remove(); }
+
+    void defaultsToTheApplicationsItem()
+    {
+        QCOMPARE(CredentialStore().service(), QStringLiteral("io.vorlix.sync"));
+    }
+
+    void writeThenRead_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("cookie") << "sid=abc123";
+        QTest::newRow("empty") << "";
+        QTest::newRow("non-ASCII") << QStringLiteral("sid=caf\u00e9\u2603; x=\U0001F3AC");
+    }
+
+    void writeThenRead()
+    {
+        QFETCH(QString, text);
+        m_store.write(text);
+        QCOMPARE(m_store.read(), std::optional(text));
+    }
+
+    void secondWriteReplacesTheFirst()
+    {
+        m_store.write(QStringLiteral("sid=first"));
+        m_store.write(QStringLiteral("sid=second"));
+        QCOMPARE(m_store.read(), std::optional(QStringLiteral("sid=second")));
+    }
+
+    void readAfterDeleteGivesNothing()
+    {
+        m_store.write(QStringLiteral("sid=gone"));
+        m_store.remove();
+        QCOMPARE(m_store.read(), std::nullopt);
+        m_store.remove(); // deleting when nothing is stored is harmless
+        QCOMPARE(m_store.read(), std::nullopt);
+    }
+};
+
+QTEST_GUILESS_MAIN(CredentialStoreTest)
+#include "CredentialStoreTest.moc"

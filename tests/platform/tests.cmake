@@ -1,0 +1,1 @@
+vorlix_add_test(tst_credentialstore SOURCES platform/CredentialStoreTest.cpp)
