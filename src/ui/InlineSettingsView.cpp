@@ -2,6 +2,7 @@
 
 #include "state/AppState.h"
 #include "platform/Desktop.h"
+#include "platform/NotificationCenter.h"
 #include "ui/CoalescedRefresh.h"
 #include "ui/Icons.h"
 #include "ui/SettingsActions.h"
@@ -19,11 +20,13 @@
 
 namespace {
 
+// Rows are rebuilt from the coalesced refresh, never from inside one of their own handlers, so
+// they can go at once.
 void clearLayout(QLayout *layout)
 {
     while (QLayoutItem *item = layout->takeAt(0)) {
         if (QWidget *widget = item->widget())
-            widget->deleteLater();
+            delete widget;
         else if (QLayout *child = item->layout())
             clearLayout(child);
         delete item;
@@ -43,9 +46,8 @@ QWidget *column(int spacing, const QList<QWidget *> &items)
 
 } // namespace
 
-InlineSettingsView::InlineSettingsView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links,
-                                       std::function<void()> postSyncNow, QWidget *parent)
-    : QWidget(parent), m_state(state), m_backend(backend), m_desktop(desktop), m_postSyncNow(std::move(postSyncNow))
+InlineSettingsView::InlineSettingsView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent)
+    : QWidget(parent), m_state(state), m_backend(backend), m_desktop(desktop)
 {
     auto *scroll = new QScrollArea;
     scroll->setWidgetResizable(true);
@@ -245,7 +247,8 @@ void InlineSettingsView::refreshDeleted()
 void InlineSettingsView::restore(const QString &sessionId)
 {
     m_state.restoreDeletedSession(sessionId);
-    m_postSyncNow();
+    // The sync that this starts brings the session back, its id no longer being recorded as deleted.
+    NotificationCenter::defaultCenter().post(Notifications::syncNow);
 }
 
 void InlineSettingsView::signOut()

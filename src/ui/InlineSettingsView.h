@@ -3,7 +3,6 @@
 #include "ui/ServiceLinks.h"
 
 #include <QWidget>
-#include <functional>
 
 class AppState;
 class CoalescedRefresh;
@@ -19,8 +18,7 @@ class InlineSettingsView : public QWidget
     Q_OBJECT
 
 public:
-    InlineSettingsView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links,
-                       std::function<void()> postSyncNow, QWidget *parent = nullptr);
+    InlineSettingsView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent = nullptr);
 
     void restore(const QString &sessionId);
     void signOut();
@@ -38,7 +36,6 @@ private:
     AppState &m_state;
     ShellBackend &m_backend;
     Desktop &m_desktop;
-    std::function<void()> m_postSyncNow;
 
     CoalescedRefresh *m_refresh = nullptr;
     QVBoxLayout *m_folderRows = nullptr;

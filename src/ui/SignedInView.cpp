@@ -1,6 +1,7 @@
 #include "ui/SignedInView.h"
 
 #include "platform/Desktop.h"
+#include "platform/NotificationCenter.h"
 #include "state/AppState.h"
 #include "ui/CoalescedRefresh.h"
 #include "ui/EmptyStateView.h"
@@ -28,7 +29,7 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
     m_detail->setObjectName(QStringLiteral("detail"));
     m_detail->setAutoFillBackground(true);
     m_detail->setBackgroundRole(QPalette::Base);
-    m_settings = new InlineSettingsView(m_state, m_backend, m_desktop, links, [this] { syncSessions(); });
+    m_settings = new InlineSettingsView(m_state, m_backend, m_desktop, links);
     m_sessionDetail = new SessionDetailView(m_state);
     m_empty = new EmptyStateView;
     m_detail->addWidget(m_settings);
@@ -63,6 +64,10 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
 
     m_syncTimer.setInterval(syncIntervalMs);
     connect(&m_syncTimer, &QTimer::timeout, this, &SignedInView::syncSessions);
+    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::posted, this, [this](const QString &name) {
+        if (name == Notifications::syncNow)
+            syncSessions();
+    });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState applicationState) {
         if (applicationState == Qt::ApplicationActive)
             syncSessions();

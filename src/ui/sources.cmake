@@ -23,4 +23,6 @@ target_sources(vorlix_ui PRIVATE
   ui/InlineSettingsView.h ui/InlineSettingsView.cpp
   ui/SettingsView.h ui/SettingsView.cpp
   ui/SignedInView.h ui/SignedInView.cpp
-  ui/ContentView.h ui/ContentView.cpp)
+  ui/ContentView.h ui/ContentView.cpp
+  ui/ServiceShellBackend.h ui/ServiceShellBackend.cpp
+  ui/VorlixCompanionApp.h ui/VorlixCompanionApp.cpp)
