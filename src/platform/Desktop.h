@@ -11,6 +11,21 @@ struct Confirmation {
     QString confirmLabel;
 };
 
+// A save panel: the proposed file name and, when not empty, the only file type offered
+// ("XML (*.xml)"); an empty filter lets the user pick any name.
+struct SaveRequest {
+    QString defaultName;
+    QString nameFilter;
+};
+
+// An informational alert with a main button and a dismissing one.
+struct Notice {
+    QString title;
+    QString message;
+    QString primaryLabel;
+    QString secondaryLabel;
+};
+
 // The desktop's panels, alerts and browser. Screens receive one at construction, so a test can
 // script a chosen folder, a cancelled panel or an answer to an alert.
 class Desktop
@@ -23,4 +38,8 @@ public:
     // Shows a modal alert; `onConfirmed` runs only when the destructive button is pressed.
     virtual void confirm(const Confirmation &question, std::function<void()> onConfirmed) = 0;
     virtual void openUrl(const QUrl &url) = 0;
+    // Asks where to save without blocking; `onChosen` runs only when the user confirms a path.
+    virtual void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen) = 0;
+    // Shows a modal informational alert; `onPrimary` runs only when the main button is pressed.
+    virtual void inform(const Notice &notice, std::function<void()> onPrimary) = 0;
 };

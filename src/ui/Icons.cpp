@@ -33,6 +33,13 @@ const QHash<QString, QString> &symbolTable()
         {QStringLiteral("xmark.circle.fill"), QStringLiteral("circle-x")},
         {QStringLiteral("plus"), QStringLiteral("plus")},
         {QStringLiteral("minus.circle"), QStringLiteral("circle-minus")},
+        {QStringLiteral("pencil"), QStringLiteral("pencil")},
+        {QStringLiteral("trash"), QStringLiteral("trash-2")},
+        {QStringLiteral("clock"), QStringLiteral("clock")},
+        {QStringLiteral("play.circle"), QStringLiteral("circle-play")},
+        {QStringLiteral("play.circle.fill"), QStringLiteral("circle-play")},
+        {QStringLiteral("arrow.down.doc"), QStringLiteral("file-down")},
+        {QStringLiteral("waveform"), QStringLiteral("audio-waveform")},
     };
     return table;
 }

@@ -49,3 +49,8 @@ void ServiceShellBackend::rescanSavedFolders()
 {
     m_scanner.rescanSavedFolders();
 }
+
+QCoro::Task<QList<TranscriptSegment>> ServiceShellBackend::fetchTranscript(QString shareToken)
+{
+    return m_api.fetchTranscript(std::move(shareToken));
+}

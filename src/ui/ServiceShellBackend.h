@@ -19,6 +19,7 @@ public:
     void syncSessions() override;
     void scanFootage(const QString &folder) override;
     void rescanSavedFolders() override;
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) override;
 
 private:
     AppState &m_state;

@@ -1,25 +1,139 @@
 #pragma once
 
+#include "export/EditorHandoff.h"
+#include "model/ShootSession.h"
+#include "ui/transcript/SegmentSelection.h"
+#include "ui/transcript/TranscriptSource.h"
+
+#include <QHash>
+#include <QStringList>
 #include <QWidget>
+#include <memory>
 
 class AppState;
 class CoalescedRefresh;
+class Desktop;
 class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTabBar;
+class QToolButton;
+class QVBoxLayout;
+class SelectsModel;
+class ServiceLinks;
+class ShellBackend;
+class TranscriptView;
 
-// The detail pane of the selected session: its title and counts. The full screen with markers,
-// footage and exports grows here.
+// What the session screen reaches outside itself: the transcript service, the workspace that
+// opens the editing applications, where hand-off files go, and the service host the delete
+// alert names.
+struct SessionDetailEnvironment {
+    TranscriptLoader loadTranscript;
+    std::shared_ptr<Workspace> workspace;
+    QString temporaryDirectory;
+    EditorLocations editors;
+    QString serviceHost;
+
+    static SessionDetailEnvironment forBackend(ShellBackend &backend, const ServiceLinks &links);
+};
+
+// The selected session: title (renamable), counts, matched footage, markers or transcript, the
+// selects the editor picked in the transcript, and the exports to the editing applications.
+// One screen follows AppState's selected session; each session keeps its tab and selects for
+// as long as the program runs, so an editor can look at another session and come back to the
+// picks they were making.
 class SessionDetailView : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit SessionDetailView(AppState &state, QWidget *parent = nullptr);
+    struct AnalysisState {
+        bool isAnalysing = false;
+        QString progress;
+        QStringList results;
+    };
+
+    SessionDetailView(AppState &state, Desktop &desktop, SessionDetailEnvironment environment,
+                      QWidget *parent = nullptr);
+
+    const ShootSession &session() const { return m_session; }
+    SelectsModel *selects() const { return m_selects; }
+    QString selectedTab() const { return m_selectedTab; }
+    bool isRenaming() const { return m_isRenaming; }
+
+    // Written by the footage analysis while it runs and when it ends.
+    void setAnalysisState(const AnalysisState &analysis);
+
+    // Spaces and tabs off both ends; line breaks stay.
+    static QString trimmedTitle(const QString &title);
+    // "1 select ready to export", "2 selects ready to export".
+    static QString selectsCountText(qsizetype count);
+
+    void selectTab(const QString &tab);
+    void startRenaming();
+    void setNewTitle(const QString &title);
+    void renameSession();
+    void deleteSession();
+    void exportXML();
+    void exportEDL();
+    void openInPremiere();
+    void openInResolve();
+    void exportSelectsToPremiereAction();
+    void analyseFootage();
+
+Q_SIGNALS:
+    // The analysis of footage for the shown session was asked for.
+    void analyseFootageRequested(const QString &sessionId);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    struct SessionMemory {
+        QString selectedTab;
+        SegmentSelection selection;
+    };
+
     void refresh();
+    void showSession(const ShootSession &session);
+    void rebuildSessionContent();
+    void updateTitleRow();
+    void updateTabs();
+    void updateSelects();
+    void updateAnalysis();
+    QCoro::Task<> exportXMLTask();
+    QCoro::Task<> openInPremiereTask();
+    EditorHandoff handoff() const;
 
     AppState &m_state;
+    Desktop &m_desktop;
+    SessionDetailEnvironment m_environment;
     CoalescedRefresh *m_refresh = nullptr;
+
+    ShootSession m_session;
+    bool m_showsSession = false;
+    QString m_selectedTab;
+    bool m_isRenaming = false;
+    QString m_newTitle;
+    AnalysisState m_analysis;
+    SelectsModel *m_selects = nullptr;
+    QHash<QString, SessionMemory> m_memory;
+
     QLabel *m_title = nullptr;
-    QLabel *m_summary = nullptr;
+    QLineEdit *m_titleField = nullptr;
+    QToolButton *m_renameButton = nullptr;
+    QWidget *m_summary = nullptr;
+    QVBoxLayout *m_summaryHolder = nullptr;
+    QWidget *m_footage = nullptr;
+    QVBoxLayout *m_footageHolder = nullptr;
+    QTabBar *m_tabs = nullptr;
+    QWidget *m_markers = nullptr;
+    QVBoxLayout *m_markersHolder = nullptr;
+    QVBoxLayout *m_transcriptHolder = nullptr;
+    TranscriptView *m_transcript = nullptr;
+    QWidget *m_selectsSection = nullptr;
+    QLabel *m_selectsCount = nullptr;
+    QPushButton *m_analyseButton = nullptr;
+    QWidget *m_analysisResults = nullptr;
+    QVBoxLayout *m_analysisResultsLayout = nullptr;
 };

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "model/TranscriptSegment.h"
+
 #include <QCoro/QCoroTask>
+#include <QList>
 #include <QString>
 #include <optional>
 
@@ -31,4 +34,6 @@ public:
     virtual void scanFootage(const QString &folder) = 0;
     // One quiet scan per saved folder, all at once.
     virtual void rescanSavedFolders() = 0;
+    // The service's transcript of a session; a failure is thrown.
+    virtual QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) = 0;
 };

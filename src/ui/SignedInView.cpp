@@ -30,7 +30,7 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
     m_detail->setAutoFillBackground(true);
     m_detail->setBackgroundRole(QPalette::Base);
     m_settings = new InlineSettingsView(m_state, m_backend, m_desktop, links);
-    m_sessionDetail = new SessionDetailView(m_state);
+    m_sessionDetail = new SessionDetailView(m_state, m_desktop, SessionDetailEnvironment::forBackend(m_backend, links));
     m_empty = new EmptyStateView;
     m_detail->addWidget(m_settings);
     m_detail->addWidget(m_sessionDetail);

@@ -1,6 +1,7 @@
 #include "ui/WidgetDesktop.h"
 
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -44,4 +45,38 @@ void WidgetDesktop::confirm(const Confirmation &question, std::function<void()> 
 void WidgetDesktop::openUrl(const QUrl &url)
 {
     QDesktopServices::openUrl(url);
+}
+
+void WidgetDesktop::chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen)
+{
+    auto *dialog = new QFileDialog(m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(request.defaultName);
+    if (!request.nameFilter.isEmpty()) {
+        // A panel restricted to one type completes a bare name with that type's extension.
+        dialog->setNameFilter(request.nameFilter);
+        dialog->setDefaultSuffix(QFileInfo(request.defaultName).suffix());
+    }
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [onChosen](const QString &path) {
+        if (!path.isEmpty())
+            onChosen(path);
+    });
+    dialog->open();
+}
+
+void WidgetDesktop::inform(const Notice &notice, std::function<void()> onPrimary)
+{
+    auto *box = new QMessageBox(QMessageBox::Information, notice.title, notice.title, QMessageBox::NoButton, m_window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(notice.message);
+    QPushButton *primary = box->addButton(notice.primaryLabel, QMessageBox::AcceptRole);
+    QPushButton *secondary = box->addButton(notice.secondaryLabel, QMessageBox::RejectRole);
+    box->setDefaultButton(primary);
+    box->setEscapeButton(secondary);
+    QObject::connect(box, &QMessageBox::buttonClicked, box, [primary, onPrimary](QAbstractButton *button) {
+        if (button == primary)
+            onPrimary();
+    });
+    box->open();
 }

@@ -16,6 +16,8 @@ public:
     void chooseFolder(const QString &message, std::function<void(const QString &path)> onChosen) override;
     void confirm(const Confirmation &question, std::function<void()> onConfirmed) override;
     void openUrl(const QUrl &url) override;
+    void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen) override;
+    void inform(const Notice &notice, std::function<void()> onPrimary) override;
 
 private:
     QPointer<QWidget> m_window;

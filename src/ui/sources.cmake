@@ -19,6 +19,7 @@ target_sources(vorlix_ui PRIVATE
   ui/SessionRowDelegate.h ui/SessionRowDelegate.cpp
   ui/SessionListView.h ui/SessionListView.cpp
   ui/EmptyStateView.h ui/EmptyStateView.cpp
+  ui/MarkerRow.h ui/MarkerRow.cpp
   ui/SessionDetailView.h ui/SessionDetailView.cpp
   ui/InlineSettingsView.h ui/InlineSettingsView.cpp
   ui/SettingsView.h ui/SettingsView.cpp

@@ -63,6 +63,7 @@ public:
         for (const QString &folder : state->footageFolders())
             scans.append({folder, false});
     }
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
 };
 
 const QDateTime now = QDateTime::currentDateTime();

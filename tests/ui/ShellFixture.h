@@ -21,6 +21,10 @@ public:
     bool confirmAnswer = true;
     QList<Confirmation> asked;
     QList<QUrl> opened;
+    std::deque<std::optional<QString>> saveAnswers; // nullopt: the panel is cancelled
+    QList<SaveRequest> saveRequests;
+    bool primaryAnswer = false;
+    QList<Notice> notices;
 
     void chooseFolder(const QString &, std::function<void(const QString &)> onChosen) override
     {
@@ -38,6 +42,22 @@ public:
             onConfirmed();
     }
     void openUrl(const QUrl &url) override { opened.append(url); }
+    void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
+    {
+        saveRequests.append(request);
+        if (saveAnswers.empty())
+            return;
+        const std::optional<QString> answer = saveAnswers.front();
+        saveAnswers.pop_front();
+        if (answer)
+            onChosen(*answer);
+    }
+    void inform(const Notice &notice, std::function<void()> onPrimary) override
+    {
+        notices.append(notice);
+        if (primaryAnswer)
+            onPrimary();
+    }
 };
 
 inline ShootSession makeSession(const QString &id, const QString &title, const QDateTime &createdAt)

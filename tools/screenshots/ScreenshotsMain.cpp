@@ -31,6 +31,7 @@ public:
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
 };
 
 class StillDesktop : public Desktop
@@ -39,6 +40,8 @@ public:
     void chooseFolder(const QString &, std::function<void(const QString &)>) override {}
     void confirm(const Confirmation &, std::function<void()>) override {}
     void openUrl(const QUrl &) override {}
+    void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
+    void inform(const Notice &, std::function<void()>) override {}
 };
 
 QList<ShootSession> sampleSessions()
