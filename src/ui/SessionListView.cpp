@@ -234,12 +234,8 @@ void SessionListView::commitRename(const QString &sessionId, const QString &edit
         return;
     m_state.setSessions(*updated);
     const auto &selected = m_state.selectedSession();
-    if (selected && selected->id == sessionId) {
-        for (const ShootSession &session : *updated) {
-            if (session.id == sessionId)
-                m_state.setSelectedSession(session);
-        }
-    }
+    if (selected && selected->id == sessionId)
+        m_state.refreshSelectedSession();
 }
 
 void SessionListView::cancelRename()
