@@ -39,6 +39,7 @@ log="$demo/standin.log"
 "$build_dir/tools/service-standin/vorlix-service-standin" --port 0 --code "$code" > "$log" 2>&1 &
 standin=$!
 trap 'kill "$standin" 2>/dev/null || true' EXIT
+trap 'exit 130' INT TERM
 url=""
 for _ in $(seq 1 50); do
   url=$(sed -n 's/^Listening on \(http[^ ]*\).*/\1/p' "$log" | head -n1)

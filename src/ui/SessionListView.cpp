@@ -51,13 +51,17 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     layout->setContentsMargins(0, 4, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_list, 1);
+    const auto addDivider = [layout] {
+        auto *divider = new QFrame;
+        divider->setObjectName(QStringLiteral("sidebarDivider"));
+        divider->setFixedHeight(1);
+        layout->addWidget(divider);
+    };
+    addDivider();
     layout->addWidget(buildScanningSection());
     layout->addWidget(buildAccountSection());
 
-    auto *divider = new QFrame;
-    divider->setObjectName(QStringLiteral("sidebarDivider"));
-    divider->setFixedHeight(1);
-    layout->addWidget(divider);
+    addDivider();
 
     m_settingsButton = new QPushButton(QStringLiteral("Settings"));
     m_settingsButton->setObjectName(QStringLiteral("settingsButton"));
@@ -230,12 +234,8 @@ void SessionListView::commitRename(const QString &sessionId, const QString &edit
         return;
     m_state.setSessions(*updated);
     const auto &selected = m_state.selectedSession();
-    if (selected && selected->id == sessionId) {
-        for (const ShootSession &session : *updated) {
-            if (session.id == sessionId)
-                m_state.setSelectedSession(session);
-        }
-    }
+    if (selected && selected->id == sessionId)
+        m_state.refreshSelectedSession();
 }
 
 void SessionListView::cancelRename()
