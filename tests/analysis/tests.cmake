@@ -1,0 +1,3 @@
+vorlix_add_test(tst_analysispipeline SOURCES analysis/AnalysisPipelineTest.cpp media/MediaFixtures.h service/ServiceTestSupport.h
+  LIBS vorlix_service_standin)
+vorlix_add_test(tst_pendinganalyses SOURCES analysis/PendingAnalysesTest.cpp)
