@@ -1,0 +1,80 @@
+#include "cli/CliRunner.h"
+#include "media/MediaFixtures.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+using namespace MediaFixtures;
+
+// `analyse` run as a script would, against the stand-in program: the service stores what the
+// uploads produce under the token, so the next `sessions` lists that session with its markers.
+// It shares the application's keyring item with the service command tests (never run together).
+class AnalysisCliTest : public QObject
+{
+    Q_OBJECT
+
+    QProcess m_standin;
+    QString m_url;
+    QTemporaryDir m_media;
+
+    QStringList withService(const QStringList &arguments) const
+    {
+        return QStringList{QStringLiteral("--service-url"), m_url} + arguments;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(make(m_media.filePath("plain.mov"),
+                     lavfi("color=red:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-f", "nut"}));
+        m_standin.start(qEnvironmentVariable("VORLIX_STANDIN"), {"--port", "0", "--code", "135790"});
+        QVERIFY(m_standin.waitForStarted());
+        QVERIFY(m_standin.waitForReadyRead(10000));
+        const QByteArray line = m_standin.readLine().trimmed();
+        QVERIFY2(line.startsWith("Listening on http://127.0.0.1:"), line.constData());
+        m_url = QString::fromLatin1(line.mid(line.indexOf("http://")));
+        QCOMPARE(runCli(withService({"logout"})).exitCode, 0);
+    }
+
+    void cleanupTestCase()
+    {
+        runCli(withService({"logout"}));
+        m_standin.kill();
+        m_standin.waitForFinished();
+    }
+
+    void analysesIntoTheService()
+    {
+        // Signed out, the service refuses with a JSON answer, which counts as nothing found.
+        CliResult result = runCli(withService({"analyse", "--session-token", "cli-token", m_media.filePath("plain.mov")}));
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out, QByteArray("plain.mov: 0 audio + 0 visual markers (0 words)\n"));
+
+        QCOMPARE(runCli(withService({"login", "--email", "editor@example.org", "--code", "135790"})).exitCode, 0);
+        result = runCli(withService({"analyse", "--session-token", "cli-token", "--fps", "30", m_media.filePath("plain.mov")}));
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out, QByteArray("plain.mov: 1 audio + 1 visual markers (2 words)\n"));
+        QCOMPARE(result.err, QByteArray("Preparing 1 file...\nExtracting audio (1/1): plain.mov\nAnalysing (1/1): plain.mov...\n"
+                                        "Visual analysis (1/1): plain.mov...\n"));
+
+        result = runCli(withService({"sessions"}));
+        const QJsonArray sessions = QJsonDocument::fromJson(result.out).array();
+        const auto analysed = std::find_if(sessions.begin(), sessions.end(), [](const QJsonValue &session) {
+            return session.toObject().value("id").toString() == QLatin1String("cli-token");
+        });
+        QVERIFY(analysed != sessions.end());
+        QCOMPARE(analysed->toObject().value("markers").toArray().size(), 2);
+    }
+
+    void badFrameRate()
+    {
+        const CliResult result = runCli(withService({"analyse", "--session-token", "t", "--fps", "2.5", m_media.filePath("plain.mov")}));
+        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(result.err, QByteArray("--fps must be a whole number from 1 to 1000\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(AnalysisCliTest)
+#include "AnalysisCliTest.moc"
