@@ -20,6 +20,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QScopedPointer>
+#include <QStringDecoder>
 #include <QUuid>
 #include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
@@ -195,9 +196,9 @@ QString summaryLine(const QString &name, qint64 audioMarkers, qint64 visualMarke
 QList<double> frameTimesFromLog(const QByteArray &log)
 {
     static const QLatin1StringView marker("pts_time:");
-    const QString text = QString::fromUtf8(log);
-    // Replacement characters mean the log was not UTF-8, which counts as an empty log.
-    if (text.contains(QChar::ReplacementCharacter))
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder.decode(log);
+    if (decoder.hasError())
         return {};
     QList<double> times;
     for (const QStringView line : QStringView(text).split(QLatin1Char('\n'))) {

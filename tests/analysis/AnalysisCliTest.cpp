@@ -1,4 +1,5 @@
 #include "cli/CliRunner.h"
+#include "cli/StandinProcess.h"
 #include "media/MediaFixtures.h"
 
 #include <QJsonArray>
@@ -15,35 +16,21 @@ class AnalysisCliTest : public QObject
 {
     Q_OBJECT
 
-    QProcess m_standin;
-    QString m_url;
+    StandinProcess m_standin;
     QTemporaryDir m_media;
 
-    QStringList withService(const QStringList &arguments) const
-    {
-        return QStringList{QStringLiteral("--service-url"), m_url} + arguments;
-    }
+    QStringList withService(const QStringList &arguments) const { return m_standin.withService(arguments); }
 
 private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(make(m_media.filePath("plain.mov"),
                      lavfi("color=red:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-f", "nut"}));
-        m_standin.start(qEnvironmentVariable("VORLIX_STANDIN"), {"--port", "0", "--code", "135790"});
-        QVERIFY(m_standin.waitForStarted());
-        QVERIFY(m_standin.waitForReadyRead(10000));
-        const QByteArray line = m_standin.readLine().trimmed();
-        QVERIFY2(line.startsWith("Listening on http://127.0.0.1:"), line.constData());
-        m_url = QString::fromLatin1(line.mid(line.indexOf("http://")));
+        QVERIFY(m_standin.start(QStringLiteral("135790")));
         QCOMPARE(runCli(withService({"logout"})).exitCode, 0);
     }
 
-    void cleanupTestCase()
-    {
-        runCli(withService({"logout"}));
-        m_standin.kill();
-        m_standin.waitForFinished();
-    }
+    void cleanupTestCase() { runCli(withService({"logout"})); }
 
     void analysesIntoTheService()
     {
