@@ -99,8 +99,9 @@ public:
                      AnalysisTimeLimits limits = {});
     ~AnalysisPipeline();
 
-    // The whole run for `files` against `session`, reporting into `analysis`. Completes after the
-    // final marker refresh (the analysis state is idle again before the refresh starts).
+    // The whole run for `files` against `session`, reporting into `analysis`, which must outlive
+    // the run. Completes after the final marker refresh (the analysis state is idle again before
+    // the refresh starts).
     QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis);
 
     // The detail screen's action with the files its panel returned; nothing without files.
