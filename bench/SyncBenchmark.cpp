@@ -3,6 +3,7 @@
 // clips to re-match against. Budget: under 200 ms for merge and re-match together.
 #include "BenchLibrary.h"
 #include "service/SessionSync.h"
+#include "timecode/ClipMatcher.h"
 
 #include <benchmark/benchmark.h>
 
@@ -28,7 +29,7 @@ void BM_SyncMergeAndRematch(benchmark::State &state)
     const QSet<QString> deleted{QStringLiteral("session-7"), QStringLiteral("session-70")};
 
     for (auto _ : state) {
-        QList<ShootSession> sessions = SessionSync::rematch(SessionSync::merge(current, fetched, deleted), clips);
+        QList<ShootSession> sessions = ClipMatcher::matchClipsToSessions(clips, SessionSync::merge(current, fetched, deleted));
         benchmark::DoNotOptimize(sessions);
     }
 }

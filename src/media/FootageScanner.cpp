@@ -85,14 +85,6 @@ void mergeScannedClips(AppState &state, const QList<MediaClip> &scanned, bool en
 
     // Every session is matched again, even when nothing was added: the list may have grown
     // through other scans since it was last matched.
-    QList<ShootSession> sessions = state.sessions();
-    for (ShootSession &session : sessions)
-        session = ClipMatcher::matchClipsToSession(clips, session);
-    state.setSessions(sessions);
-
-    if (const auto &selected = state.selectedSession()) {
-        const auto refreshed = std::find_if(sessions.cbegin(), sessions.cend(),
-                                            [&](const ShootSession &session) { return session.id == selected->id; });
-        state.setSelectedSession(refreshed == sessions.cend() ? std::nullopt : std::optional<ShootSession>(*refreshed));
-    }
+    state.setSessions(ClipMatcher::matchClipsToSessions(clips, state.sessions()));
+    state.refreshSelectedSession();
 }

@@ -40,39 +40,14 @@ QList<ShootSession> merge(const QList<ShootSession> &current, const QList<ShootS
     return merged;
 }
 
-QList<ShootSession> rematch(const QList<ShootSession> &sessions, const QList<MediaClip> &clips)
-{
-    if (clips.isEmpty())
-        return sessions;
-    const ClipMatcher::ClipRanges ranges(clips);
-    QList<ShootSession> matched;
-    matched.reserve(sessions.size());
-    for (const ShootSession &session : sessions)
-        matched.append(ClipMatcher::matchClipsToSession(ranges, session));
-    return matched;
-}
-
-std::optional<ShootSession> refreshedSelection(const std::optional<ShootSession> &selected,
-                                               const QList<ShootSession> &sessions)
-{
-    if (!selected)
-        return std::nullopt;
-    const auto found = std::find_if(sessions.cbegin(), sessions.cend(),
-                                    [&](const ShootSession &session) { return session.id == selected->id; });
-    if (found == sessions.cend())
-        return std::nullopt;
-    return *found;
-}
-
 void applyFetched(AppState &state, const QList<ShootSession> &fetched)
 {
     state.setSessions(merge(state.sessions(), fetched, state.deletedSessionIds()));
     // One assignment for the whole re-match instead of one per session: observers see the same
     // order of states (merged, then matched, then the selection) with far fewer redraws.
     if (!state.clips().isEmpty())
-        state.setSessions(rematch(state.sessions(), state.clips()));
-    if (state.selectedSession())
-        state.setSelectedSession(refreshedSelection(state.selectedSession(), state.sessions()));
+        state.setSessions(ClipMatcher::matchClipsToSessions(state.clips(), state.sessions()));
+    state.refreshSelectedSession();
 }
 
 QCoro::Task<> syncSessions(AppState &state, APIService &api)
@@ -84,7 +59,8 @@ QCoro::Task<> syncSessions(AppState &state, APIService &api)
     } catch (const APIError &) {
         co_return;
     }
-    if (guard)
+    // A run that outlives a sign-out must not bring the signed-out user's sessions back.
+    if (guard && guard->isLoggedIn())
         applyFetched(*guard, fetched);
 }
 

@@ -22,13 +22,6 @@ namespace SessionSync {
 QList<ShootSession> merge(const QList<ShootSession> &current, const QList<ShootSession> &fetched,
                           const QSet<QString> &deletedIds);
 
-// Every session with matchedClips worked out from `clips`; unchanged when there are no clips.
-QList<ShootSession> rematch(const QList<ShootSession> &sessions, const QList<MediaClip> &clips);
-
-// The session of `sessions` with the selection's id, or nothing.
-std::optional<ShootSession> refreshedSelection(const std::optional<ShootSession> &selected,
-                                               const QList<ShootSession> &sessions);
-
 // Applies one fetched answer to the state, on the GUI thread: sessions, then their matches,
 // then the selection, reading the deleted list and the clips as they are now.
 void applyFetched(AppState &state, const QList<ShootSession> &fetched);

@@ -97,6 +97,15 @@ void AppState::removeFootageFolder(const QString &path)
     saveSettings();
 }
 
+void AppState::refreshSelectedSession()
+{
+    if (!m_selectedSession)
+        return;
+    const auto found = std::find_if(m_sessions.cbegin(), m_sessions.cend(),
+                                    [&](const ShootSession &session) { return session.id == m_selectedSession->id; });
+    setSelectedSession(found == m_sessions.cend() ? std::nullopt : std::optional<ShootSession>(*found));
+}
+
 void AppState::markSessionsDeleted(const QList<ShootSession> &sessions)
 {
     const QSet<QString> known = deletedSessionIds();

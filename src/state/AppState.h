@@ -70,6 +70,9 @@ public:
     void addFootageFolder(const QString &path);
     void removeFootageFolder(const QString &path);
 
+    // The selection replaced by its current copy in `sessions`, or cleared when that is gone.
+    void refreshSelectedSession();
+
     void markSessionsDeleted(const QList<ShootSession> &sessions);
     void restoreDeletedSession(const QString &id);
 

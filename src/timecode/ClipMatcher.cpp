@@ -81,3 +81,15 @@ ShootSession ClipMatcher::matchClipsToSession(const ClipRanges &clips, const Sho
         matched.matchedClips.append(clips.m_clips.at(range->clip));
     return matched;
 }
+
+QList<ShootSession> ClipMatcher::matchClipsToSessions(const QList<MediaClip> &clips, const QList<ShootSession> &sessions)
+{
+    if (clips.isEmpty())
+        return sessions;
+    const ClipRanges ranges(clips);
+    QList<ShootSession> matched;
+    matched.reserve(sessions.size());
+    for (const ShootSession &session : sessions)
+        matched.append(matchClipsToSession(ranges, session));
+    return matched;
+}

@@ -41,4 +41,7 @@ public:
     // of its marker timecodes, ordered by start (stable). Unchanged when nothing can be decided.
     static ShootSession matchClipsToSession(const QList<MediaClip> &clips, const ShootSession &session);
     static ShootSession matchClipsToSession(const ClipRanges &clips, const ShootSession &session);
+
+    // Every session matched again; after a scan or a sync. Unchanged when there are no clips.
+    static QList<ShootSession> matchClipsToSessions(const QList<MediaClip> &clips, const QList<ShootSession> &sessions);
 };

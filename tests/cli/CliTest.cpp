@@ -11,15 +11,7 @@ class CliTest : public QObject
 
     QTemporaryDir m_dir;
 
-    QString write(const QString &name, const QByteArray &contents)
-    {
-        const QString path = m_dir.filePath(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            qFatal("cannot write %s", qPrintable(path));
-        file.write(contents);
-        return path;
-    }
+    QString write(const QString &name, const QByteArray &contents) { return writeTestFile(QDir(m_dir.path()), name, contents); }
 
     static QByteArray sessionJson(const QStringList &timecodes)
     {

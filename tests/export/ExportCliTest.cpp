@@ -22,15 +22,7 @@ class ExportCliTest : public QObject
     ShootSession m_session;
     QString m_sessionPath;
 
-    QString write(const QString &name, const QByteArray &contents)
-    {
-        const QString path = m_dir.filePath(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            qFatal("cannot write %s", qPrintable(path));
-        file.write(contents);
-        return path;
-    }
+    QString write(const QString &name, const QByteArray &contents) { return writeTestFile(QDir(m_dir.path()), name, contents); }
 
 private Q_SLOTS:
     void initTestCase()

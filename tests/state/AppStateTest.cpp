@@ -240,6 +240,21 @@ private Q_SLOTS:
         QCOMPARE(state.deletedSessions().size(), 1);
     }
 
+    void selectionFollowsItsSessionById()
+    {
+        Preferences store = preferences();
+        AppState state(store);
+        state.refreshSelectedSession();
+        QVERIFY(!state.selectedSession());
+        state.setSessions({session("a", "Fresh")});
+        state.setSelectedSession(session("a", "Stale"));
+        state.refreshSelectedSession();
+        QCOMPARE(state.selectedSession()->title, QStringLiteral("Fresh"));
+        state.setSelectedSession(session("gone", "Gone"));
+        state.refreshSelectedSession();
+        QVERIFY(!state.selectedSession());
+    }
+
     void emptyStoredEmailIsSignedOut()
     {
         preferences().setString(PreferenceKeys::email, QString());

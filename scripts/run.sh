@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Sets up, builds and starts Vorlix Sync against the local service stand-in with its demo data.
+# The demo keeps everything of its own under ~/.cache/vorlix-sync-demo (settings file, generated
+# footage, a throw-away keyring when the desktop has none), so trying it never touches your own
+# settings or login. Extra arguments go to the application.
+#
+# Against a real deployment, run the program itself: build/src/vorlix-sync --service-url URL
+# (or set VORLIX_SERVICE_URL).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build_dir=${VORLIX_BUILD_DIR:-build}
+demo=${VORLIX_DEMO_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/vorlix-sync-demo}
+code=123456
+
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ "${QT_QPA_PLATFORM:-}" != offscreen ]; then
+  cat >&2 <<'TEXT'
+run: no display found (neither DISPLAY nor WAYLAND_DISPLAY is set).
+     On a machine without a screen, run it inside a virtual one:
+         xvfb-run -a -s "-screen 0 1280x800x24" bash scripts/run.sh
+     (xvfb-run comes with the xvfb package that scripts/setup.sh installs.)
+TEXT
+  exit 1
+fi
+
+scripts/setup.sh
+scripts/build.sh
+
+# Clips whose start timecodes fall inside the demo sessions' marker windows (harbour 10:00-10:20,
+# market 11:30-11:40, workshop 14:00-14:10, rooftop 16:00-16:05), and one that matches nothing.
+echo "run: demo footage in $demo/footage"
+scripts/demo-footage.sh "$demo/footage" 10:00:00:00 10:01:00:00 10:12:30:00 11:30:10:00 14:02:00:00 16:00:20:00 08:00:00:00
+
+profile="$demo/demo-profile.ini"
+if [ ! -f "$profile" ]; then
+  printf '[General]\nvorlix_footage_folders=%s\n' "$demo/footage" > "$profile"
+fi
+
+log="$demo/standin.log"
+"$build_dir/tools/service-standin/vorlix-service-standin" --port 0 --code "$code" > "$log" 2>&1 &
+standin=$!
+trap 'kill "$standin" 2>/dev/null || true' EXIT
+trap 'exit 130' INT TERM
+url=""
+for _ in $(seq 1 50); do
+  url=$(sed -n 's/^Listening on \(http[^ ]*\).*/\1/p' "$log" | head -n1)
+  [ -n "$url" ] && break
+  kill -0 "$standin" 2>/dev/null || { cat "$log" >&2; exit 1; }
+  sleep 0.1
+done
+[ -n "$url" ] || { echo "run: the service stand-in did not start" >&2; cat "$log" >&2; exit 1; }
+
+cat <<TEXT
+
+  ┌────────────────────────────────────────────────────────────┐
+    Vorlix Sync demo — service stand-in at $url
+    Sign in with any e-mail address, then the code:  $code
+    Settings of this demo: $profile
+  └────────────────────────────────────────────────────────────┘
+
+TEXT
+
+app=("$build_dir/src/vorlix-sync" --settings "$profile" --service-url "$url" --login-hint "Demo: any e-mail address, code $code" "$@")
+if [ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
+  "${app[@]}"
+else
+  # No desktop session: give the login cookie a private, unlocked keyring of the demo's own.
+  mkdir -p "$demo/keyring"
+  dbus-run-session -- bash -c '
+    export XDG_DATA_HOME="$1/keyring/data" XDG_RUNTIME_DIR="$1/keyring/run"
+    mkdir -p "$XDG_DATA_HOME" "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+    eval "$(printf "vorlix-demo\n" | gnome-keyring-daemon --unlock --components=secrets)"
+    shift
+    exec "$@"' bash "$demo" "${app[@]}"
+fi

@@ -1,0 +1,37 @@
+#include "ui/LoginRules.h"
+
+#include <QList>
+#include <QTextBoundaryFinder>
+
+namespace LoginRules {
+
+bool isValidEmail(const QString &text)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };
+    while (begin < end && isBlank(text.at(begin)))
+        ++begin;
+    while (end > begin && isBlank(text.at(end - 1)))
+        --end;
+    const QStringView trimmed = QStringView(text).mid(begin, end - begin);
+    return trimmed.contains(u'@') && trimmed.contains(u'.');
+}
+
+bool isValidCode(const QString &text)
+{
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
+    int count = 0;
+    qsizetype start = 0;
+    for (qsizetype next = graphemes.toNextBoundary(); next != -1; next = graphemes.toNextBoundary()) {
+        // A cluster counts by its base character, so a digit carrying a combining mark is numeric.
+        const char32_t base = QStringView(text).mid(start, next - start).toUcs4().value(0);
+        if (!QChar::isNumber(base))
+            return false;
+        ++count;
+        start = next;
+    }
+    return count == 6;
+}
+
+} // namespace LoginRules

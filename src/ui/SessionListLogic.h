@@ -1,0 +1,43 @@
+#pragma once
+
+#include "model/ShootSession.h"
+
+#include <QDate>
+#include <QLocale>
+#include <QSet>
+#include <optional>
+
+// The session list's behaviour without widgets: grouping by day, the delete alert's texts, the
+// reactions to selection, rename and delete.
+namespace SessionListLogic {
+
+struct DayGroup {
+    QString label;
+    QList<ShootSession> sessions;
+};
+
+// One group per local calendar day, newest day first; "Today", "Yesterday" or the medium date.
+// Inside a group newest first, equal times in their list order.
+QList<DayGroup> sessionsByDate(const QList<ShootSession> &sessions, const QDate &today, const QLocale &locale);
+
+// The locale's date without weekday and with abbreviated month: 16 Nov 2026, Nov 16, 2026.
+QString mediumDateFormat(const QLocale &locale);
+
+QString deleteAlertTitle(const QSet<QString> &selectedIds);
+QString deleteAlertMessage(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions);
+
+// What a change of the list's selection does to the detail pane.
+struct SelectionEffect {
+    enum class Kind { Select, Clear, Keep } kind = Kind::Keep;
+    std::optional<ShootSession> session; // for Select: the session, or none if the id is unknown
+};
+SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions);
+
+// The sessions after renaming `id` to the trimmed text, or none when nothing changes (blank
+// text, unknown id).
+std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle);
+
+QList<ShootSession> sessionsWithIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
+QList<ShootSession> sessionsWithoutIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
+
+} // namespace SessionListLogic

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QCoro/QCoroTask>
+#include <QString>
+#include <optional>
+
+// What the screens need from the service client, the credential store and the footage scanner.
+// Errors come back as the user-facing text the login screen shows in its error line.
+class ShellBackend
+{
+public:
+    struct SignedInUser {
+        QString name;
+        QString email;
+    };
+    struct LoginOutcome {
+        std::optional<SignedInUser> user;
+        QString error;
+    };
+
+    virtual ~ShellBackend() = default;
+
+    // Empty on success, else the error's description.
+    virtual QCoro::Task<QString> requestLoginCode(QString email) = 0;
+    virtual QCoro::Task<LoginOutcome> login(QString email, QString code) = 0;
+    virtual void deleteCredential() = 0;
+
+    // Fire-and-forget background work; both merge into AppState on the GUI thread when done.
+    virtual void syncSessions() = 0;
+    // A folder the user chose: it joins the saved folders and AppState shows the scan running.
+    virtual void scanFootage(const QString &folder) = 0;
+    // One quiet scan per saved folder, all at once.
+    virtual void rescanSavedFolders() = 0;
+};

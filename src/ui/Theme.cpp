@@ -1,0 +1,230 @@
+#include "ui/Theme.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace Theme {
+namespace {
+
+// The platform's palette before we replace it: what "system" follows.
+const QPalette &platformPalette()
+{
+    static const QPalette palette = QApplication::palette();
+    return palette;
+}
+
+bool g_dark = false;
+
+void setAccent(QPalette &palette, const QColor &highlightedText)
+{
+    palette.setColor(QPalette::Highlight, indigo());
+    palette.setColor(QPalette::HighlightedText, highlightedText);
+    palette.setColor(QPalette::Link, indigo());
+    palette.setColor(QPalette::LinkVisited, indigo());
+}
+
+} // namespace
+
+QColor color(Rgb rgb)
+{
+    return QColor(rgb.red, rgb.green, rgb.blue);
+}
+
+QColor indigo()
+{
+    return color(Palette::indigo);
+}
+
+QColor destructive()
+{
+    return g_dark ? QColor(255, 105, 97) : QColor(215, 48, 39);
+}
+
+QPalette lightPalette()
+{
+    QPalette palette;
+    const QColor window(246, 246, 248);
+    const QColor text(29, 29, 31);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, QColor(240, 240, 244));
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(252, 252, 253));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 240));
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, QColor(110, 110, 118));
+    palette.setColor(QPalette::Light, Qt::white);
+    palette.setColor(QPalette::Midlight, QColor(232, 232, 236));
+    palette.setColor(QPalette::Mid, QColor(200, 200, 206));
+    palette.setColor(QPalette::Dark, QColor(160, 160, 168));
+    palette.setColor(QPalette::Shadow, QColor(120, 120, 128));
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(170, 170, 176));
+    setAccent(palette, Qt::white);
+    return palette;
+}
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    const QColor window(36, 36, 40);
+    const QColor text(236, 236, 240);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, QColor(28, 28, 31));
+    palette.setColor(QPalette::AlternateBase, QColor(44, 44, 49));
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(52, 52, 58));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, QColor(52, 52, 58));
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, QColor(152, 152, 160));
+    palette.setColor(QPalette::Light, QColor(70, 70, 76));
+    palette.setColor(QPalette::Midlight, QColor(58, 58, 64));
+    palette.setColor(QPalette::Mid, QColor(46, 46, 52));
+    palette.setColor(QPalette::Dark, QColor(20, 20, 22));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(105, 105, 112));
+    setAccent(palette, Qt::white);
+    return palette;
+}
+
+namespace {
+
+QString rgba(const QColor &color)
+{
+    return QStringLiteral("rgba(%1,%2,%3,%4)").arg(color.red()).arg(color.green()).arg(color.blue()).arg(color.alpha());
+}
+
+// The few controls Fusion draws too plainly for this program, in the colours of the palette in
+// force. Re-applied with every palette, which also repolishes every widget.
+QString styleSheetFor(const QPalette &palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    QColor faint = text;
+    faint.setAlphaF(0.28);
+    QColor hover = text;
+    hover.setAlphaF(0.08);
+    QColor handle = text;
+    handle.setAlphaF(0.45);
+    return QStringLiteral(
+               "QScrollBar:vertical { background: transparent; width: 10px; margin: 2px 2px 2px 0; }"
+               "QScrollBar::handle:vertical { background: %1; border-radius: 3px; min-height: 32px; margin: 0 1px; }"
+               "QScrollBar::handle:vertical:hover { background: %2; }"
+               "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+               "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"
+               "QToolBar#mainToolbar { border: none; border-bottom: 1px solid %3; padding: 4px 8px; spacing: 4px; background: %4; }"
+               "QToolBar#mainToolbar QToolButton { padding: 4px 8px; border-radius: 6px; color: %5; }"
+               "QToolBar#mainToolbar QToolButton:hover { background: %6; }"
+               "QToolBar#mainToolbar QToolButton:disabled { color: %7; }"
+               "QFrame#sidebarDivider, QSplitter::handle { background: %3; border: none; }"
+               "QLineEdit#renameField { background: %8; color: %5; border: 1px solid rgb(93,96,242); border-radius: 4px; padding: 0 3px; }"
+               "QPushButton[segment=\"first\"], QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"]"
+               " { padding: 5px 0; background: %9; color: %5; border: 1px solid %3; }"
+               "QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"] { border-left: none; }"
+               "QPushButton[segment=\"first\"] { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
+               "QPushButton[segment=\"last\"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
+               "QPushButton[segment=\"first\"]:checked, QPushButton[segment=\"middle\"]:checked, QPushButton[segment=\"last\"]:checked"
+               " { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
+        .arg(rgba(faint), rgba(handle), rgba(palette.color(QPalette::Mid)), rgba(palette.color(QPalette::Window)),
+             rgba(palette.color(QPalette::ButtonText)), rgba(hover), rgba(palette.color(QPalette::Disabled, QPalette::ButtonText)),
+             rgba(palette.color(QPalette::Base)), rgba(palette.color(QPalette::Button)));
+}
+
+} // namespace
+
+void applyAppearance(const QString &appearance)
+{
+    const bool platformDark = platformPalette().color(QPalette::Window).lightness() < 128;
+    g_dark = appearance == QLatin1String("dark") || (appearance != QLatin1String("light") && platformDark);
+    if (QApplication::style()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) != 0)
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    const QPalette palette = g_dark ? darkPalette() : lightPalette();
+    QApplication::setPalette(palette);
+    qApp->setStyleSheet(styleSheetFor(palette));
+}
+
+bool isDark()
+{
+    return g_dark;
+}
+
+QFont pixelFont(int pixelSize, QFont::Weight weight)
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+QFont font(TextStyle style, QFont::Weight weight)
+{
+    switch (style) {
+    case TextStyle::Body:
+        return pixelFont(13, weight);
+    case TextStyle::Headline:
+        return pixelFont(15, weight == QFont::Normal ? QFont::DemiBold : weight);
+    case TextStyle::Caption:
+        return pixelFont(12, weight);
+    case TextStyle::SmallCaption:
+        return pixelFont(11, weight);
+    }
+    return pixelFont(13, weight);
+}
+
+void setTextColor(QWidget *widget, const QColor &color)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, color);
+    palette.setColor(QPalette::ButtonText, color);
+    palette.setColor(QPalette::Text, color);
+    widget->setPalette(palette);
+}
+
+void setSecondary(QWidget *widget)
+{
+    widget->setForegroundRole(QPalette::PlaceholderText);
+}
+
+QPushButton *textButton(const QString &text, const QFont &font, const QColor &color)
+{
+    auto *button = new QPushButton(text);
+    button->setFlat(true);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setFont(font);
+    QColor hover = color;
+    hover.setAlphaF(std::min(1.0, color.alphaF() + 0.3));
+    button->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; color: %1; text-align: left; }"
+                                         "QPushButton:hover { color: %2; }")
+                              .arg(color.name(QColor::HexArgb), (color.alphaF() < 1.0 ? hover : color.lighter(120)).name(QColor::HexArgb)));
+    return button;
+}
+
+QLabel *sectionHeader(const QString &title, int pixelSize, qreal letterSpacing)
+{
+    QFont headerFont = pixelFont(pixelSize, QFont::Bold);
+    headerFont.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);
+    auto *header = new QLabel(title.toUpper());
+    header->setFont(headerFont);
+    setSecondary(header);
+    return header;
+}
+
+QLabel *label(const QString &text, TextStyle style, bool secondary, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    label->setFont(font(style));
+    if (secondary)
+        setSecondary(label);
+    return label;
+}
+
+} // namespace Theme

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/Desktop.h"
+
+#include <QPointer>
+#include <QWidget>
+
+// The desktop adapter on Qt Widgets: a window-modal folder dialog, a message box, the browser.
+class WidgetDesktop : public Desktop
+{
+public:
+    // Dialogs are parented to the given window so they stay on top of it.
+    explicit WidgetDesktop(QWidget *window = nullptr);
+    void setWindow(QWidget *window);
+
+    void chooseFolder(const QString &message, std::function<void(const QString &path)> onChosen) override;
+    void confirm(const Confirmation &question, std::function<void()> onConfirmed) override;
+    void openUrl(const QUrl &url) override;
+
+private:
+    QPointer<QWidget> m_window;
+};

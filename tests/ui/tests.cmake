@@ -1,0 +1,3 @@
+vorlix_add_test(tst_ui_logic SOURCES ui/UiLogicTest.cpp LIBS vorlix_ui)
+vorlix_add_test(tst_ui_shell SOURCES ui/SessionListTest.cpp ui/ShellFixture.h LIBS vorlix_ui)
+vorlix_add_test(tst_ui_service SOURCES ui/ServiceScreensTest.cpp ui/ShellFixture.h LIBS vorlix_ui vorlix_service_standin)
