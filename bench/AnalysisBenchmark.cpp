@@ -20,7 +20,7 @@ QTemporaryDir &framesFolder()
     static const bool written = [] {
         for (int k = 1; k <= frameCount; ++k) {
             QByteArray jpeg(frameBytes, Qt::Uninitialized);
-            QRandomGenerator generator(quint32(k));
+            QRandomGenerator generator{quint32(k)};
             for (char &byte : jpeg)
                 byte = char(generator.bounded(256));
             QFile file(QDir(folder.path()).filePath(QStringLiteral("frame_%1.jpg").arg(k, 4, 10, QLatin1Char('0'))));
@@ -29,6 +29,8 @@ QTemporaryDir &framesFolder()
         }
         return true;
     }();
+    if (!written)
+        qFatal("could not write the benchmark's frames");
     return folder;
 }
 
