@@ -35,6 +35,7 @@ QList<CliCommand> matchCommands();
 QList<CliCommand> exportCommands();
 QList<CliCommand> mediaCommands();
 QList<CliCommand> serviceCommands();
+QList<CliCommand> analysisCommands();
 
 // Parses the arguments (without the program name), runs the chosen command and gives the exit
 // status: 0 success, 1 failure, 2 bad usage (usage on stderr).

@@ -14,6 +14,7 @@ int main(int argc, char *argv[])
     commands += exportCommands();
     commands += mediaCommands();
     commands += serviceCommands();
+    commands += analysisCommands();
 
     int status = 0;
     QTimer::singleShot(0, &app, [&] {

@@ -1,4 +1,5 @@
 #include "cli/CliRunner.h"
+#include "cli/StandinProcess.h"
 #include "model/RecordJson.h"
 
 #include <QJsonArray>
@@ -11,31 +12,20 @@ class ServiceCliTest : public QObject
 {
     Q_OBJECT
 
-    QProcess m_standin;
-    QString m_url;
+    StandinProcess m_standin;
 
-    QStringList withService(const QStringList &arguments) const
-    {
-        return QStringList{QStringLiteral("--service-url"), m_url} + arguments;
-    }
+    QStringList withService(const QStringList &arguments) const { return m_standin.withService(arguments); }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        m_standin.start(qEnvironmentVariable("VORLIX_STANDIN"), {"--port", "0", "--code", "246810"});
-        QVERIFY(m_standin.waitForStarted());
-        QVERIFY(m_standin.waitForReadyRead(10000));
-        const QByteArray line = m_standin.readLine().trimmed();
-        QVERIFY2(line.startsWith("Listening on http://127.0.0.1:"), line.constData());
-        m_url = QString::fromLatin1(line.mid(line.indexOf("http://")));
+        QVERIFY(m_standin.start(QStringLiteral("246810")));
         QVERIFY(runCli(withService({"logout"})).exitCode == 0);
     }
 
     void cleanupTestCase()
     {
         runCli(withService({"logout"}));
-        m_standin.kill();
-        m_standin.waitForFinished();
     }
 
     void signedOut()
@@ -51,8 +41,8 @@ private Q_SLOTS:
         CliResult result = runCli(withService({"login", "--email", "editor@example.org"}));
         QCOMPARE(result.exitCode, 0);
         QVERIFY(result.out.isEmpty());
-        QVERIFY(m_standin.waitForReadyRead(5000));
-        QCOMPARE(m_standin.readLine().trimmed(), QByteArray("Login code for editor@example.org: 246810"));
+        QVERIFY(m_standin.process().waitForReadyRead(5000));
+        QCOMPARE(m_standin.process().readLine().trimmed(), QByteArray("Login code for editor@example.org: 246810"));
 
         result = runCli(withService({"login", "--email", "editor@example.org", "--code", "123456"}));
         QCOMPARE(result.exitCode, 1);
@@ -90,7 +80,7 @@ private Q_SLOTS:
 
         // The environment names the service when no option does; the option wins over it.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("VORLIX_SERVICE_URL"), m_url + QStringLiteral("/"));
+        environment.insert(QStringLiteral("VORLIX_SERVICE_URL"), m_standin.url() + QStringLiteral("/"));
         QCOMPARE(runCli({"transcript", "rooftop-broll"}, environment).out.trimmed(), QByteArray("[\n]"));
         environment.insert(QStringLiteral("VORLIX_SERVICE_URL"), QStringLiteral("http://127.0.0.1:1"));
         QCOMPARE(runCli(withService({"transcript", "rooftop-broll"}), environment).exitCode, 0);

@@ -37,6 +37,63 @@ QString isoDate(const QDate &day, const QTime &time)
     return QDateTime(day, time, Qt::LocalTime).toUTC().toString(Qt::ISODate);
 }
 
+bool isTimecode(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^\\d{2,}:\\d{2}:\\d{2}:\\d{2}$"));
+    return pattern.match(text).hasMatch();
+}
+
+quint32 littleEndian32(const QByteArray &bytes, qsizetype at)
+{
+    const auto byte = [&](qsizetype i) { return quint32(quint8(bytes[at + i])); };
+    return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
+}
+
+// The playing time of a RIFF WAVE file from its "fmt " byte rate and "data" size; absent when
+// the bytes are not such a file.
+std::optional<double> wavSeconds(const QByteArray &wav)
+{
+    if (wav.size() < 12 || !wav.startsWith("RIFF") || wav.mid(8, 4) != "WAVE")
+        return std::nullopt;
+    std::optional<quint32> byteRate;
+    for (qsizetype at = 12; at + 8 <= wav.size();) {
+        const QByteArray id = wav.mid(at, 4);
+        const quint32 size = littleEndian32(wav, at + 4);
+        if (id == "fmt " && size >= 16 && at + 20 <= wav.size())
+            byteRate = littleEndian32(wav, at + 16);
+        if (id == "data") {
+            if (!byteRate || *byteRate == 0)
+                return std::nullopt;
+            const qsizetype available = std::min<qsizetype>(size, wav.size() - at - 8);
+            return double(available) / *byteRate;
+        }
+        at += 8 + size + (size & 1);
+    }
+    return std::nullopt;
+}
+
+// The timecode `seconds` after `start` at `fps`, both non-drop-frame.
+QString timecodeAfter(const QString &start, double seconds, int fps)
+{
+    const QStringList parts = start.split(QLatin1Char(':'));
+    const qint64 frames = ((parts[0].toLongLong() * 60 + parts[1].toLongLong()) * 60 + parts[2].toLongLong()) * fps
+        + parts[3].toLongLong() + qint64(seconds * fps);
+    return QStringLiteral("%1:%2:%3:%4")
+        .arg(frames / (3600 * fps), 2, 10, QLatin1Char('0'))
+        .arg(frames / (60 * fps) % 60, 2, 10, QLatin1Char('0'))
+        .arg(frames / fps % 60, 2, 10, QLatin1Char('0'))
+        .arg(frames % fps, 2, 10, QLatin1Char('0'));
+}
+
+QJsonObject analysisMarker(const QString &type, const QString &timecode, const QString &summary)
+{
+    return {{QStringLiteral("id"), QString::number(QRandomGenerator::global()->generate64(), 16)},
+            {QStringLiteral("marker_type"), type},
+            {QStringLiteral("timecode"), timecode},
+            {QStringLiteral("summary"), summary},
+            {QStringLiteral("created_at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)}};
+}
+
 } // namespace
 
 void HttpAnswer::writeTo(QHttpServerResponder &responder) const
@@ -107,6 +164,8 @@ ServiceStandin::ServiceStandin(StandinData data, QString loginCode, QObject *par
          [this](const auto &request, const QRegularExpressionMatch &match) {
              return transcript(request, QUrl::fromPercentEncoding(match.captured(1).toUtf8()));
          }},
+        {Method::Post, exact("/api/shoot/analyse-audio"), [this](const auto &request, const auto &) { return analyseAudio(request); }},
+        {Method::Post, exact("/api/shoot/analyse-frames"), [this](const auto &request, const auto &) { return analyseFrames(request); }},
     };
 }
 
@@ -191,4 +250,80 @@ HttpAnswer ServiceStandin::transcript(const QHttpServerRequest &request, const Q
     if (found == m_data.transcripts.cend())
         return refusal(404, QStringLiteral("Unknown session"));
     return HttpAnswer::json({{QStringLiteral("ok"), true}, {QStringLiteral("segments"), *found}});
+}
+
+void ServiceStandin::storeMarkers(const QString &token, const QString &filename, const QJsonArray &markers)
+{
+    for (qsizetype i = 0; i < m_data.sessions.size(); ++i) {
+        QJsonObject session = m_data.sessions.at(i).toObject();
+        if (session.value(QStringLiteral("share_token")).toString() != token)
+            continue;
+        QJsonArray stored = session.value(QStringLiteral("markers")).toArray();
+        for (const QJsonValue &marker : markers)
+            stored.append(marker);
+        session.insert(QStringLiteral("markers"), stored);
+        m_data.sessions.replace(i, session);
+        return;
+    }
+    m_data.sessions.prepend(QJsonObject{{QStringLiteral("share_token"), token},
+                                        {QStringLiteral("title"), filename},
+                                        {QStringLiteral("created_at"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)},
+                                        {QStringLiteral("markers"), markers}});
+}
+
+// One soundbite marker per started 10 seconds of audio and about 2.5 words a second.
+HttpAnswer ServiceStandin::analyseAudio(const QHttpServerRequest &request)
+{
+    if (!isSignedIn(request))
+        return refusal(401, QStringLiteral("Not signed in"));
+    StandinAnalysisLog::Audio seen{QString::fromUtf8(header(request, "sessiontoken")),
+                                   QString::fromUtf8(header(request, "filename")),
+                                   QString::fromUtf8(header(request, "starttimecode")), 0, 0};
+    bool fpsOk = false;
+    seen.fps = header(request, "fps").toInt(&fpsOk);
+    const auto seconds = wavSeconds(request.body());
+    if (header(request, "Content-Type") != "audio/wav" || seen.sessionToken.isEmpty() || seen.filename.isEmpty()
+        || !isTimecode(seen.startTimecode) || !fpsOk || seen.fps <= 0 || !seconds)
+        return refusal(400, QStringLiteral("Invalid audio upload"));
+    seen.seconds = *seconds;
+    m_analysisLog.audio.append(seen);
+
+    QJsonArray markers;
+    for (int k = 0; k * 10.0 < seen.seconds; ++k)
+        markers.append(analysisMarker(QStringLiteral("soundbite"), timecodeAfter(seen.startTimecode, k * 10.0, seen.fps),
+                                      QStringLiteral("Speech in %1").arg(seen.filename)));
+    storeMarkers(seen.sessionToken, seen.filename, markers);
+    return HttpAnswer::json({{QStringLiteral("ok"), true},
+                             {QStringLiteral("markers"), markers},
+                             {QStringLiteral("transcript_words"), qint64(seen.seconds * 2.5)}});
+}
+
+// One visual marker for every second frame of the batch, starting with the first.
+HttpAnswer ServiceStandin::analyseFrames(const QHttpServerRequest &request)
+{
+    if (!isSignedIn(request))
+        return refusal(401, QStringLiteral("Not signed in"));
+    const auto body = jsonBody(request);
+    const QJsonValue fps = body ? body->value(QStringLiteral("fps")) : QJsonValue();
+    const QJsonValue frames = body ? body->value(QStringLiteral("frames")) : QJsonValue();
+    StandinAnalysisLog::Frames seen{body ? body->value(QStringLiteral("sessionToken")).toString() : QString(),
+                                    body ? body->value(QStringLiteral("filename")).toString() : QString(), {}};
+    bool valid = header(request, "Content-Type") == "application/json" && !seen.sessionToken.isEmpty()
+        && !seen.filename.isEmpty() && fps.isDouble() && fps.toDouble() == double(fps.toInteger()) && fps.toInteger() > 0
+        && frames.isArray() && !frames.toArray().isEmpty() && frames.toArray().size() <= 20;
+    for (const QJsonValue &frame : frames.toArray()) {
+        const QString timecode = frame.toObject().value(QStringLiteral("timecode")).toString();
+        const QByteArray jpeg = QByteArray::fromBase64(frame.toObject().value(QStringLiteral("base64")).toString().toLatin1());
+        valid = valid && isTimecode(timecode) && jpeg.startsWith("\xFF\xD8");
+        seen.timecodes.append(timecode);
+    }
+    if (!valid)
+        return refusal(400, QStringLiteral("Invalid frames upload"));
+    m_analysisLog.frames.append(seen);
+
+    QJsonArray markers;
+    for (qsizetype k = 0; k < seen.timecodes.size(); k += 2)
+        markers.append(analysisMarker(QStringLiteral("visual"), seen.timecodes[k], QStringLiteral("Shot in %1").arg(seen.filename)));
+    storeMarkers(seen.sessionToken, seen.filename, markers);
+    return HttpAnswer::json({{QStringLiteral("ok"), true}, {QStringLiteral("markers"), markers}});
 }

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QSet>
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -27,10 +28,30 @@ struct StandinData {
     static std::optional<StandinData> fromJson(const QByteArray &json, const QDateTime &now, QString *error);
 };
 
+// What the stand-in accepted of the analysis uploads, in arrival order, for tests to check.
+struct StandinAnalysisLog {
+    struct Audio {
+        QString sessionToken;
+        QString filename;
+        QString startTimecode;
+        int fps = 0;
+        double seconds = 0; // the WAV's length
+    };
+    struct Frames {
+        QString sessionToken;
+        QString filename;
+        QStringList timecodes; // one per frame of the batch
+    };
+    QList<Audio> audio;
+    QList<Frames> frames;
+};
+
 // A local stand-in of the shoot-logging service on the loopback interface: e-mail code login
 // (the code is fixed and reported through loginCodeIssued), a "sid" cookie issued at
 // verification and required by the GET requests (401 without it), sessions and transcripts
-// from StandinData. Requests are matched against a table of routes, one per service request.
+// from StandinData, and the two analysis uploads, which derive markers from the audio's length
+// and the frames and store them under the share token (a new token makes a new session), so the
+// next session download brings them in. Requests are matched against a table of routes, one per service request.
 class ServiceStandin : public QAbstractHttpServer
 {
     Q_OBJECT
@@ -40,6 +61,8 @@ public:
 
     // Listens on 127.0.0.1; port 0 picks a free one. Returns the port, or 0 on failure.
     quint16 listenOnLoopback(quint16 port);
+
+    const StandinAnalysisLog &analysisLog() const { return m_analysisLog; }
 
 Q_SIGNALS:
     void loginCodeIssued(const QString &email, const QString &code);
@@ -60,9 +83,14 @@ private:
     HttpAnswer sessions(const QHttpServerRequest &request) const;
     HttpAnswer transcript(const QHttpServerRequest &request, const QString &token) const;
     bool isSignedIn(const QHttpServerRequest &request) const;
+    HttpAnswer analyseAudio(const QHttpServerRequest &request);
+    HttpAnswer analyseFrames(const QHttpServerRequest &request);
+    // Appends markers to the session of `token`, creating it (titled `filename`) when new.
+    void storeMarkers(const QString &token, const QString &filename, const QJsonArray &markers);
 
     StandinData m_data;
     QString m_loginCode;
     QSet<QString> m_sids;
     QList<Route> m_routes;
+    StandinAnalysisLog m_analysisLog;
 };

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+#include <QTest>
+
+// The stand-in program (its path comes from CTest) as a child process on a free loopback port,
+// for the command-line tests, which talk to it from another process.
+class StandinProcess
+{
+public:
+    ~StandinProcess()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    // Starts it with the fixed login `code`; false (with a test failure) when it did not come up.
+    bool start(const QString &code)
+    {
+        m_process.start(qEnvironmentVariable("VORLIX_STANDIN"), {"--port", "0", "--code", code});
+        if (!m_process.waitForStarted() || !m_process.waitForReadyRead(10000))
+            return false;
+        const QByteArray line = m_process.readLine().trimmed();
+        if (!line.startsWith("Listening on http://127.0.0.1:")) {
+            qWarning("%s", line.constData());
+            return false;
+        }
+        m_url = QString::fromLatin1(line.mid(line.indexOf("http://")));
+        return true;
+    }
+
+    const QString &url() const { return m_url; }
+    QProcess &process() { return m_process; }
+
+    // `arguments` aimed at this stand-in.
+    QStringList withService(const QStringList &arguments) const
+    {
+        return QStringList{QStringLiteral("--service-url"), m_url} + arguments;
+    }
+
+private:
+    QProcess m_process;
+    QString m_url;
+};
