@@ -23,6 +23,8 @@ public:
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
+    QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
 };
 
 class IdleDesktop : public Desktop
@@ -31,6 +33,9 @@ public:
     void chooseFolder(const QString &, std::function<void(const QString &)>) override {}
     void confirm(const Confirmation &, std::function<void()>) override {}
     void openUrl(const QUrl &) override {}
+    void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
+    void inform(const Notice &, std::function<void()>) override {}
+    void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
 };
 
 QList<ShootSession> makeSessions(int count, int shift, int idPrefix)

@@ -377,14 +377,6 @@ QCoro::Task<> AnalysisPipeline::runAnalysis(ShootSession session, QList<QUrl> fi
     co_await std::move(refresh);
 }
 
-QCoro::Task<> AnalysisPipeline::analyseFootage(ShootSession session, QList<QUrl> chosenFiles, AnalysisState &analysis)
-{
-    if (chosenFiles.isEmpty())
-        co_return;
-    QCoro::Task<> run = runAnalysis(std::move(session), std::move(chosenFiles), analysis);
-    co_await std::move(run);
-}
-
 QCoro::Task<bool> AnalysisPipeline::analyseFile(const ShootSession &session, const QUrl &file, qsizetype index,
                                                 qsizetype count, AnalysisState &analysis)
 {

@@ -104,9 +104,6 @@ public:
     // the refresh starts).
     QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis);
 
-    // The detail screen's action with the files its panel returned; nothing without files.
-    QCoro::Task<> analyseFootage(ShootSession session, QList<QUrl> chosenFiles, AnalysisState &analysis);
-
 private:
     struct Upload {
         std::optional<QJsonObject> answer; // absent when the transfer or the JSON failed

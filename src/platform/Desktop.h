@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QUrl>
 #include <functional>
@@ -16,6 +17,12 @@ struct Confirmation {
 struct SaveRequest {
     QString defaultName;
     QString nameFilter;
+};
+
+// An open panel for several items at once: files only, or files and folders together.
+struct OpenRequest {
+    QString message;
+    bool allowsFolders = false;
 };
 
 // An informational alert with a main button and a dismissing one.
@@ -42,4 +49,7 @@ public:
     virtual void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen) = 0;
     // Shows a modal informational alert; `onPrimary` runs only when the main button is pressed.
     virtual void inform(const Notice &notice, std::function<void()> onPrimary) = 0;
+    // Asks for files (and folders, when allowed) without blocking; `onChosen` runs only when the
+    // user confirms at least one item.
+    virtual void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &chosen)> onChosen) = 0;
 };

@@ -5,8 +5,8 @@
 #include "service/SessionSync.h"
 #include "state/AppState.h"
 
-ServiceShellBackend::ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner)
-    : m_state(state), m_api(api), m_scanner(scanner)
+ServiceShellBackend::ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner, ToolLocations tools)
+    : m_state(state), m_api(api), m_scanner(scanner), m_analysis(state, api, std::move(tools))
 {
 }
 
@@ -53,4 +53,9 @@ void ServiceShellBackend::rescanSavedFolders()
 QCoro::Task<QList<TranscriptSegment>> ServiceShellBackend::fetchTranscript(QString shareToken)
 {
     return m_api.fetchTranscript(std::move(shareToken));
+}
+
+QCoro::Task<> ServiceShellBackend::runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis)
+{
+    return m_analysis.runAnalysis(std::move(session), std::move(files), analysis);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/AnalysisPipeline.h"
 #include "ui/ShellBackend.h"
 
 class APIService;
@@ -7,11 +8,12 @@ class AppState;
 class FootageScanner;
 
 // The screens' backend in the running program: the service client with its credential store,
-// the session sync, and the footage scanner.
+// the session sync, the footage scanner and the one analysis pipeline.
 class ServiceShellBackend : public ShellBackend
 {
 public:
-    ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner);
+    ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner,
+                        ToolLocations tools = ToolLocations::platformDefault());
 
     QCoro::Task<QString> requestLoginCode(QString email) override;
     QCoro::Task<LoginOutcome> login(QString email, QString code) override;
@@ -20,9 +22,11 @@ public:
     void scanFootage(const QString &folder) override;
     void rescanSavedFolders() override;
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) override;
+    QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) override;
 
 private:
     AppState &m_state;
     APIService &m_api;
     FootageScanner &m_scanner;
+    AnalysisPipeline m_analysis;
 };

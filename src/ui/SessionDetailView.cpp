@@ -1,5 +1,7 @@
 #include "ui/SessionDetailView.h"
 
+#include "analysis/AnalysisPipeline.h"
+#include "analysis/PendingAnalyses.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
@@ -39,8 +41,7 @@ const QString markersTab = QStringLiteral("markers");
 const QString transcriptTab = QStringLiteral("transcript");
 const QColor amber(229, 161, 0);
 const QColor premiereBlue(0, 0, 214);
-const QColor analyseGreen(61, 170, 109);
-const QColor footageGreen(52, 199, 89);
+const QColor green(61, 170, 109);
 
 void clearLayout(QVBoxLayout *layout)
 {
@@ -118,7 +119,7 @@ QWidget *footageRow(const MediaClip &clip)
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(10, 10, 10, 10);
     layout->setSpacing(10);
-    layout->addWidget(symbolLabel(QStringLiteral("film"), footageGreen, 16));
+    layout->addWidget(symbolLabel(QStringLiteral("film"), green, 16));
     auto *names = new QVBoxLayout;
     names->setSpacing(2);
     auto *name = new QLabel(clip.filename);
@@ -132,16 +133,28 @@ QWidget *footageRow(const MediaClip &clip)
     return row;
 }
 
+// The run holds its analysis state, so the screen may switch sessions or close while it goes on.
+QCoro::Task<> runHoldingState(AnalysisRunner run, ShootSession session, QList<QUrl> files,
+                              std::shared_ptr<AnalysisState> analysis)
+{
+    co_await run(std::move(session), std::move(files), *analysis);
+}
+
 } // namespace
 
 SessionDetailEnvironment SessionDetailEnvironment::forBackend(ShellBackend &backend, const ServiceLinks &links)
 {
     return {[&backend](const QString &shareToken) { return backend.fetchTranscript(shareToken); },
+            [&backend](ShootSession session, QList<QUrl> files, AnalysisState &analysis) {
+                return backend.runAnalysis(std::move(session), std::move(files), analysis);
+            },
             std::make_shared<ProcessWorkspace>(), QDir::tempPath(), EditorLocations::forThisPlatform(), links.domain};
 }
 
-SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionDetailEnvironment environment, QWidget *parent)
-    : QWidget(parent), m_state(state), m_desktop(desktop), m_environment(std::move(environment)), m_selectedTab(markersTab)
+SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionDetailEnvironment environment,
+                                     PendingAnalyses &pending, QWidget *parent)
+    : QWidget(parent), m_state(state), m_desktop(desktop), m_environment(std::move(environment)), m_pending(pending),
+      m_selectedTab(markersTab), m_analysis(std::make_shared<AnalysisState>())
 {
     m_selects = new SelectsModel(this);
     auto *outer = new QVBoxLayout(this);
@@ -236,7 +249,7 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     saves->addStretch(1);
     m_analyseButton = new QPushButton;
     m_analyseButton->setObjectName(QStringLiteral("analyseButton"));
-    makeProminent(m_analyseButton, analyseGreen);
+    makeProminent(m_analyseButton, green);
     connect(m_analyseButton, &QPushButton::clicked, this, &SessionDetailView::analyseFootage);
     m_analysisResults = new QWidget;
     m_analysisResultsLayout = new QVBoxLayout(m_analysisResults);
@@ -251,6 +264,10 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     column->addStretch(1);
 
     connect(m_selects, &SelectsModel::selectionChanged, this, &SessionDetailView::updateSelects);
+    connect(&m_pending, &PendingAnalyses::requested, this, [this](const QString &sessionId) {
+        if (sessionId == m_session.id)
+            takePendingAnalysis();
+    });
     m_refresh = new CoalescedRefresh(this, [this] { refresh(); });
     m_refresh->watch(&m_state, &AppState::selectedSessionChanged);
     updateAnalysis();
@@ -283,18 +300,24 @@ void SessionDetailView::refresh()
         showSession(*selected);
     m_session = *selected;
     rebuildSessionContent();
+    takePendingAnalysis();
 }
+
+SessionDetailView::~SessionDetailView() = default;
 
 void SessionDetailView::showSession(const ShootSession &session)
 {
     if (m_showsSession)
-        m_memory.insert(m_session.id, {m_selectedTab, m_selects->selection()});
-    const SessionMemory memory = m_memory.value(session.id, {markersTab, {}});
+        m_memory.insert(m_session.id, {m_selectedTab, m_selects->selection(), m_analysis});
+    const SessionMemory memory = m_memory.value(session.id, {markersTab, {}, std::make_shared<AnalysisState>()});
     m_showsSession = true;
     m_isRenaming = false;
-    m_analysis = {};
     m_selectedTab = memory.selectedTab;
     m_selects->setSelection(memory.selection);
+    disconnect(m_analysis.get(), nullptr, this, nullptr);
+    m_analysis = memory.analysis;
+    for (auto changed : {&AnalysisState::isAnalysingChanged, &AnalysisState::analyseProgressChanged, &AnalysisState::analyseResultsChanged})
+        connect(m_analysis.get(), changed, this, &SessionDetailView::updateAnalysis);
 
     if (m_transcript)
         m_transcript->deleteLater();
@@ -366,19 +389,27 @@ void SessionDetailView::updateSelects()
 
 void SessionDetailView::updateAnalysis()
 {
-    m_analyseButton->setText(m_analysis.isAnalysing ? m_analysis.progress : QStringLiteral("Analyse Footage with AI"));
-    m_analyseButton->setIcon(Icons::symbol(m_analysis.isAnalysing ? QStringLiteral("waveform") : QStringLiteral("sparkles"), Qt::white));
-    m_analyseButton->setEnabled(!m_analysis.isAnalysing);
+    const bool running = m_analysis->isAnalysing();
+    m_analyseButton->setText(running ? m_analysis->analyseProgress() : QStringLiteral("Analyse Footage with AI"));
+    m_analyseButton->setIcon(Icons::symbol(running ? QStringLiteral("waveform") : QStringLiteral("sparkles"), Qt::white));
+    m_analyseButton->setEnabled(!running);
     clearLayout(m_analysisResultsLayout);
-    for (const QString &line : m_analysis.results)
-        m_analysisResultsLayout->addWidget(Theme::label(line, Theme::TextStyle::Caption, true));
-    m_analysisResults->setVisible(!m_analysis.results.isEmpty());
+    for (const QString &line : m_analysis->analyseResults()) {
+        QLabel *label = Theme::label(line, Theme::TextStyle::Caption, true);
+        label->setObjectName(QStringLiteral("analysisResult"));
+        label->setWordWrap(true);
+        m_analysisResultsLayout->addWidget(label);
+    }
+    m_analysisResults->setVisible(!m_analysis->analyseResults().isEmpty());
 }
 
-void SessionDetailView::setAnalysisState(const AnalysisState &analysis)
+void SessionDetailView::takePendingAnalysis()
 {
-    m_analysis = analysis;
-    updateAnalysis();
+    const std::optional<ShootSession> &selected = m_state.selectedSession();
+    if (!m_showsSession || !selected || selected->id != m_session.id)
+        return;
+    if (const std::optional<QList<QUrl>> files = m_pending.take(m_session.id))
+        runAnalysis(*files);
 }
 
 void SessionDetailView::selectTab(const QString &tab)
@@ -508,7 +539,17 @@ void SessionDetailView::exportSelectsToPremiereAction()
 
 void SessionDetailView::analyseFootage()
 {
-    emit analyseFootageRequested(m_session.id);
+    QPointer<SessionDetailView> self(this);
+    const QString sessionId = m_session.id;
+    m_desktop.chooseFiles({QStringLiteral("Select footage files to analyse"), false}, [self, sessionId](const QList<QUrl> &files) {
+        if (self && self->m_session.id == sessionId)
+            self->runAnalysis(files);
+    });
+}
+
+void SessionDetailView::runAnalysis(const QList<QUrl> &files)
+{
+    runHoldingState(m_environment.runAnalysis, m_session, files, m_analysis);
 }
 
 bool SessionDetailView::eventFilter(QObject *watched, QEvent *event)

@@ -7,12 +7,15 @@
 
 #include <QHash>
 #include <QStringList>
+#include <QUrl>
 #include <QWidget>
 #include <memory>
 
+class AnalysisState;
 class AppState;
 class CoalescedRefresh;
 class Desktop;
+class PendingAnalyses;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -24,11 +27,15 @@ class ServiceLinks;
 class ShellBackend;
 class TranscriptView;
 
-// What the session screen reaches outside itself: the transcript service, the workspace that
-// opens the editing applications, where hand-off files go, and the service host the delete
-// alert names.
+// Runs the footage analysis of `files` for a session into `analysis`.
+using AnalysisRunner = std::function<QCoro::Task<>(ShootSession session, QList<QUrl> files, AnalysisState &analysis)>;
+
+// What the session screen reaches outside itself: the transcript service, the footage analysis,
+// the workspace that opens the editing applications, where hand-off files go, and the service
+// host the delete alert names.
 struct SessionDetailEnvironment {
     TranscriptLoader loadTranscript;
+    AnalysisRunner runAnalysis;
     std::shared_ptr<Workspace> workspace;
     QString temporaryDirectory;
     EditorLocations editors;
@@ -39,30 +46,25 @@ struct SessionDetailEnvironment {
 
 // The selected session: title (renamable), counts, matched footage, markers or transcript, the
 // selects the editor picked in the transcript, and the exports to the editing applications.
-// One screen follows AppState's selected session; each session keeps its tab and selects for
-// as long as the program runs, so an editor can look at another session and come back to the
-// picks they were making.
+// One screen follows AppState's selected session; each session keeps its tab, selects and
+// analysis for as long as the program runs, so an editor can look at another session and come
+// back to the picks they were making or the analysis still running.
 class SessionDetailView : public QWidget
 {
     Q_OBJECT
 
 public:
-    struct AnalysisState {
-        bool isAnalysing = false;
-        QString progress;
-        QStringList results;
-    };
-
+    // Takes the analysis requests `pending` keeps for the session it shows.
     SessionDetailView(AppState &state, Desktop &desktop, SessionDetailEnvironment environment,
-                      QWidget *parent = nullptr);
+                      PendingAnalyses &pending, QWidget *parent = nullptr);
+    ~SessionDetailView() override;
 
     const ShootSession &session() const { return m_session; }
     SelectsModel *selects() const { return m_selects; }
     QString selectedTab() const { return m_selectedTab; }
     bool isRenaming() const { return m_isRenaming; }
-
-    // Written by the footage analysis while it runs and when it ends.
-    void setAnalysisState(const AnalysisState &analysis);
+    // The analysis of the shown session, written by the pipeline while it runs.
+    const AnalysisState &analysis() const { return *m_analysis; }
 
     // Spaces and tabs off both ends; line breaks stay.
     static QString trimmedTitle(const QString &title);
@@ -80,10 +82,7 @@ public:
     void openInResolve();
     void exportSelectsToPremiereAction();
     void analyseFootage();
-
-Q_SIGNALS:
-    // The analysis of footage for the shown session was asked for.
-    void analyseFootageRequested(const QString &sessionId);
+    void runAnalysis(const QList<QUrl> &files);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -92,6 +91,7 @@ private:
     struct SessionMemory {
         QString selectedTab;
         SegmentSelection selection;
+        std::shared_ptr<AnalysisState> analysis;
     };
 
     void refresh();
@@ -101,6 +101,7 @@ private:
     void updateTabs();
     void updateSelects();
     void updateAnalysis();
+    void takePendingAnalysis();
     QCoro::Task<> exportXMLTask();
     QCoro::Task<> openInPremiereTask();
     EditorHandoff handoff() const;
@@ -108,6 +109,7 @@ private:
     AppState &m_state;
     Desktop &m_desktop;
     SessionDetailEnvironment m_environment;
+    PendingAnalyses &m_pending;
     CoalescedRefresh *m_refresh = nullptr;
 
     ShootSession m_session;
@@ -115,7 +117,7 @@ private:
     QString m_selectedTab;
     bool m_isRenaming = false;
     QString m_newTitle;
-    AnalysisState m_analysis;
+    std::shared_ptr<AnalysisState> m_analysis;
     SelectsModel *m_selects = nullptr;
     QHash<QString, SessionMemory> m_memory;
 

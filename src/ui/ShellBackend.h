@@ -1,13 +1,17 @@
 #pragma once
 
-#include "model/TranscriptSegment.h"
+#include "model/ShootSession.h"
 
 #include <QCoro/QCoroTask>
 #include <QList>
 #include <QString>
+#include <QUrl>
 #include <optional>
 
-// What the screens need from the service client, the credential store and the footage scanner.
+class AnalysisState;
+
+// What the screens need from the service client, the credential store, the footage scanner and
+// the footage analysis.
 // Errors come back as the user-facing text the login screen shows in its error line.
 class ShellBackend
 {
@@ -36,4 +40,7 @@ public:
     virtual void rescanSavedFolders() = 0;
     // The service's transcript of a session; a failure is thrown.
     virtual QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) = 0;
+    // Analyses `files` for `session`, reporting into `analysis`, which must outlive the run; ends
+    // after the session's markers were fetched again.
+    virtual QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) = 0;
 };

@@ -1,5 +1,7 @@
 #include "ui/SignedInView.h"
 
+#include "analysis/AnalysisPipeline.h"
+#include "analysis/PendingAnalyses.h"
 #include "platform/Desktop.h"
 #include "platform/NotificationCenter.h"
 #include "state/AppState.h"
@@ -30,7 +32,10 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
     m_detail->setAutoFillBackground(true);
     m_detail->setBackgroundRole(QPalette::Base);
     m_settings = new InlineSettingsView(m_state, m_backend, m_desktop, links);
-    m_sessionDetail = new SessionDetailView(m_state, m_desktop, SessionDetailEnvironment::forBackend(m_backend, links));
+    // Listening before the toolbar can post, so a request waits here until its screen takes it.
+    m_pendingAnalyses = new PendingAnalyses(NotificationCenter::defaultCenter(), this);
+    m_sessionDetail = new SessionDetailView(m_state, m_desktop, SessionDetailEnvironment::forBackend(m_backend, links),
+                                            *m_pendingAnalyses);
     m_empty = new EmptyStateView;
     m_detail->addWidget(m_settings);
     m_detail->addWidget(m_sessionDetail);
@@ -58,7 +63,7 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
     m_toolBar->addAction(Icons::symbol(QStringLiteral("arrow.triangle.2.circlepath")), QStringLiteral("Sync"), this,
                          &SignedInView::syncSessions);
     m_toolBar->addAction(Icons::symbol(QStringLiteral("sparkles")), QStringLiteral("Analyse Footage"), this,
-                         &SignedInView::analyseFootageRequested);
+                         &SignedInView::analyseFootageFromScratch);
     // Owned by this view even while the window shows it, so it goes when the view goes.
     connect(this, &QObject::destroyed, m_toolBar, &QObject::deleteLater);
 
@@ -118,4 +123,14 @@ void SignedInView::scanFootage()
 void SignedInView::syncSessions()
 {
     m_backend.syncSessions();
+}
+
+void SignedInView::analyseFootageFromScratch()
+{
+    QPointer<SignedInView> self(this);
+    m_desktop.chooseFiles({QStringLiteral("Select footage files or a folder to analyse with AI"), true}, [self](const QList<QUrl> &chosen) {
+        if (!self)
+            return;
+        ::analyseFootageFromScratch(self->m_state, chosen, NotificationCenter::defaultCenter());
+    });
 }

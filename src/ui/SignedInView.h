@@ -9,6 +9,7 @@ class AppState;
 class CoalescedRefresh;
 class Desktop;
 class InlineSettingsView;
+class PendingAnalyses;
 class SessionDetailView;
 class EmptyStateView;
 class SessionListView;
@@ -31,13 +32,14 @@ public:
     SessionListView *sessionList() const { return m_sessionList; }
     QWidget *currentDetail() const;
 
+    SessionDetailView *sessionDetail() const { return m_sessionDetail; }
+
     void scanFootage();
     void syncSessions();
+    // Asks for footage files or folders and analyses the media among them into a new session.
+    void analyseFootageFromScratch();
 
     static constexpr int syncIntervalMs = 30'000;
-
-Q_SIGNALS:
-    void analyseFootageRequested();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -54,6 +56,7 @@ private:
     CoalescedRefresh *m_refresh = nullptr;
     QToolBar *m_toolBar = nullptr;
     QAction *m_scanAction = nullptr;
+    PendingAnalyses *m_pendingAnalyses = nullptr;
     SessionListView *m_sessionList = nullptr;
     QStackedWidget *m_detail = nullptr;
     InlineSettingsView *m_settings = nullptr;

@@ -6,6 +6,32 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+namespace {
+
+// Qt's own file dialog opens a folder when it is confirmed; with `takesFolders` this one takes
+// the selected folders along with the files, so a folder can be chosen as a whole.
+class FilesDialog : public QFileDialog
+{
+public:
+    FilesDialog(QWidget *parent, const QString &caption, bool takesFolders)
+        : QFileDialog(parent, caption), m_takesFolders(takesFolders)
+    {
+    }
+
+    void accept() override
+    {
+        if (!m_takesFolders)
+            QFileDialog::accept();
+        else if (!selectedFiles().isEmpty())
+            QDialog::accept();
+    }
+
+private:
+    bool m_takesFolders;
+};
+
+} // namespace
+
 WidgetDesktop::WidgetDesktop(QWidget *window) : m_window(window) {}
 
 void WidgetDesktop::setWindow(QWidget *window)
@@ -79,4 +105,21 @@ void WidgetDesktop::inform(const Notice &notice, std::function<void()> onPrimary
             onPrimary();
     });
     box->open();
+}
+
+void WidgetDesktop::chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &chosen)> onChosen)
+{
+    auto *dialog = new FilesDialog(m_window, request.message, request.allowsFolders);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    if (request.allowsFolders)
+        dialog->setOption(QFileDialog::DontUseNativeDialog); // a native panel would bypass accept()
+    QObject::connect(dialog, &QDialog::accepted, dialog, [dialog, onChosen] {
+        QList<QUrl> urls;
+        for (const QString &path : dialog->selectedFiles())
+            urls.append(QUrl::fromLocalFile(path));
+        if (!urls.isEmpty())
+            onChosen(urls);
+    });
+    dialog->open();
 }

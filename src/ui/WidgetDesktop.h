@@ -18,6 +18,7 @@ public:
     void openUrl(const QUrl &url) override;
     void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen) override;
     void inform(const Notice &notice, std::function<void()> onPrimary) override;
+    void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &chosen)> onChosen) override;
 
 private:
     QPointer<QWidget> m_window;

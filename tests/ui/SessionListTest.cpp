@@ -64,6 +64,7 @@ public:
             scans.append({folder, false});
     }
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
+    QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
 };
 
 const QDateTime now = QDateTime::currentDateTime();

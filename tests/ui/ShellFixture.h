@@ -25,6 +25,8 @@ public:
     QList<SaveRequest> saveRequests;
     bool primaryAnswer = false;
     QList<Notice> notices;
+    std::deque<QList<QUrl>> fileAnswers; // empty list: the panel is cancelled
+    QList<OpenRequest> openRequests;
 
     void chooseFolder(const QString &, std::function<void(const QString &)> onChosen) override
     {
@@ -57,6 +59,16 @@ public:
         notices.append(notice);
         if (primaryAnswer)
             onPrimary();
+    }
+    void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &)> onChosen) override
+    {
+        openRequests.append(request);
+        if (fileAnswers.empty())
+            return;
+        const QList<QUrl> answer = fileAnswers.front();
+        fileAnswers.pop_front();
+        if (!answer.isEmpty())
+            onChosen(answer);
     }
 };
 

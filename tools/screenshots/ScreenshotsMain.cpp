@@ -32,6 +32,7 @@ public:
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
+    QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
 };
 
 class StillDesktop : public Desktop
@@ -42,6 +43,7 @@ public:
     void openUrl(const QUrl &) override {}
     void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
     void inform(const Notice &, std::function<void()>) override {}
+    void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
 };
 
 QList<ShootSession> sampleSessions()
