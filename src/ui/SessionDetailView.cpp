@@ -180,7 +180,7 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     m_titleField->setObjectName(QStringLiteral("detailTitleField"));
     m_titleField->setPlaceholderText(QStringLiteral("Session name"));
     m_titleField->setFont(Theme::pixelFont(22));
-    connect(m_titleField, &QLineEdit::textEdited, this, &SessionDetailView::setNewTitle);
+    connect(m_titleField, &QLineEdit::textChanged, this, &SessionDetailView::setNewTitle);
     connect(m_titleField, &QLineEdit::returnPressed, this, &SessionDetailView::renameSession);
     m_renameButton = iconButton(QStringLiteral("pencil"), Theme::indigo(), QStringLiteral("Rename"));
     m_renameButton->setObjectName(QStringLiteral("renameButton"));
@@ -438,12 +438,11 @@ void SessionDetailView::renameSession()
 {
     const QString title = trimmedTitle(m_newTitle);
     m_isRenaming = false;
+    updateTitleRow();
     QList<ShootSession> sessions = m_state.sessions();
     const auto shown = std::find_if(sessions.begin(), sessions.end(), [this](const ShootSession &s) { return s.id == m_session.id; });
-    if (title.isEmpty() || shown == sessions.end()) {
-        updateTitleRow();
+    if (title.isEmpty() || shown == sessions.end())
         return;
-    }
     shown->title = title;
     const ShootSession renamed = *shown;
     m_state.setSessions(sessions);

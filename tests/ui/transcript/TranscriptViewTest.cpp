@@ -1,3 +1,4 @@
+#include "TranscriptDriver.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptView.h"
@@ -101,60 +102,12 @@ struct Fixture {
         QTRY_VERIFY(!view.isLoadingTranscript());
     }
 
-    SpeakerRunView *runOf(const QString &segmentId) const
-    {
-        for (SpeakerRunView *run : view.findChildren<SpeakerRunView *>()) {
-            if (!run->chipRect(segmentId).isEmpty())
-                return run;
-        }
-        return nullptr;
-    }
-
-    void click(const QString &segmentId, Qt::KeyboardModifiers modifiers = {})
-    {
-        SpeakerRunView *run = runOf(segmentId);
-        QVERIFY(run);
-        QTest::mouseClick(run, Qt::LeftButton, modifiers, run->chipRect(segmentId).center());
-    }
-
-    QMenu *openMenu(const QString &segmentId)
-    {
-        SpeakerRunView *run = runOf(segmentId);
-        const QPoint at = run->chipRect(segmentId).center();
-        QContextMenuEvent event(QContextMenuEvent::Mouse, at, run->mapToGlobal(at));
-        QApplication::sendEvent(run, &event);
-        return view.findChild<QMenu *>();
-    }
-
-    void chooseFromMenu(const QString &segmentId, const QString &entry)
-    {
-        QMenu *menu = openMenu(segmentId);
-        QVERIFY(menu);
-        const QList<QAction *> actions = menu->actions();
-        const auto found = std::find_if(actions.cbegin(), actions.cend(),
-                                        [&](QAction *a) { return a->text() == entry; });
-        QVERIFY2(found != actions.cend(), qPrintable(entry));
-        (*found)->trigger();
-        menu->close();
-    }
-
-    QPushButton *offerButton() const
-    {
-        for (QPushButton *button : view.findChildren<QPushButton *>()) {
-            if (button->text().startsWith(u"Select "))
-                return button;
-        }
-        return nullptr;
-    }
-
-    QToolButton *toolButton(const QString &text) const
-    {
-        for (QToolButton *button : view.findChildren<QToolButton *>()) {
-            if (button->text() == text)
-                return button;
-        }
-        return nullptr;
-    }
+    SpeakerRunView *runOf(const QString &segmentId) const { return TranscriptDriver::runOf(&view, segmentId); }
+    void click(const QString &segmentId, Qt::KeyboardModifiers modifiers = {}) { TranscriptDriver::click(&view, segmentId, modifiers); }
+    QMenu *openMenu(const QString &segmentId) { return TranscriptDriver::openMenu(&view, segmentId); }
+    void chooseFromMenu(const QString &segmentId, const QString &entry) { TranscriptDriver::chooseFromMenu(&view, segmentId, entry); }
+    QPushButton *offerButton() const { return TranscriptDriver::offerButton(&view); }
+    QToolButton *toolButton(const QString &text) const { return TranscriptDriver::toolButton(&view, text); }
 
     bool labelShown(const QString &text) const
     {
