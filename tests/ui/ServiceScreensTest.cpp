@@ -4,11 +4,14 @@
 
 #include "ServiceStandin.h"
 #include "media/FootageScanner.h"
+#include "media/MediaFixtures.h"
 #include "service/APIService.h"
 #include "ui/InlineSettingsView.h"
 #include "ui/LoginView.h"
 #include "ui/ServiceShellBackend.h"
 #include "ui/SessionListModel.h"
+#include "ui/MarkerRow.h"
+#include "ui/SessionDetailView.h"
 #include "ui/SessionListView.h"
 #include "ui/SignedInView.h"
 
@@ -16,8 +19,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QToolBar>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -32,6 +40,22 @@ QPushButton *buttonWithText(QWidget *root, const QString &text)
     return nullptr;
 }
 
+// The analysis button's text each time it turns disabled or enabled again.
+class EnabledWatcher : public QObject
+{
+public:
+    QStringList changes;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange) {
+            const auto *button = static_cast<QPushButton *>(watched);
+            changes.append((button->isEnabled() ? u"enabled"_s : u"disabled"_s));
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 class ServiceScreensTest : public QObject
@@ -43,6 +67,7 @@ class ServiceScreensTest : public QObject
     std::unique_ptr<FootageScanner> m_scanner;
     std::unique_ptr<ServiceShellBackend> m_backend;
     std::unique_ptr<ShellFixture> m_shell;
+    QTemporaryDir m_scratch; // the analysis's working files
 
     AppState &state() { return m_shell->state; }
     SignedInView *signedIn() { return m_shell->window->signedInView(); }
@@ -84,7 +109,9 @@ private Q_SLOTS:
         m_api->keychainDelete();
         m_shell = std::make_unique<ShellFixture>();
         m_scanner = std::make_unique<FootageScanner>(m_shell->state);
-        m_backend = std::make_unique<ServiceShellBackend>(m_shell->state, *m_api, *m_scanner);
+        ToolLocations tools = ToolLocations::platformDefault();
+        tools.temporaryDirectory = m_scratch.path();
+        m_backend = std::make_unique<ServiceShellBackend>(m_shell->state, *m_api, *m_scanner, tools);
         m_shell->open(*m_backend, QUrl(m_api->baseURL()));
     }
     void wrongCodeShowsTheServiceWordsThenTheRightCodeSignsInAndSyncs()
@@ -139,6 +166,44 @@ private Q_SLOTS:
         settings->findChild<QPushButton *>(QStringLiteral("restore"))->click(); // may lie below the visible part
         QVERIFY(state().deletedSessions().isEmpty());
         QTRY_COMPARE(state().sessions().size(), 4);
+    }
+
+    void toolbarAnalysisRunsInTheNewSessionsScreen()
+    {
+        QTemporaryDir media;
+        const QString clip = media.filePath(u"interview.mov"_s);
+        QVERIFY(MediaFixtures::make(clip, MediaFixtures::lavfi(u"color=red:size=64x36:rate=25"_s) + MediaFixtures::tone(1)
+                                              + QStringList{u"-t"_s, u"2"_s, u"-f"_s, u"nut"_s}));
+        logInAndSync();
+        SessionDetailView *detail = signedIn()->sessionDetail();
+        auto *analyse = detail->findChild<QPushButton *>(u"analyseButton"_s);
+        EnabledWatcher watcher;
+        analyse->installEventFilter(&watcher);
+
+        m_shell->desktop.fileAnswers = {{QUrl::fromLocalFile(clip)}};
+        const QList<QAction *> actions = signedIn()->toolBar()->actions();
+        const auto action = std::find_if(actions.cbegin(), actions.cend(), [](QAction *a) { return a->text() == u"Analyse Footage"_s; });
+        QVERIFY(action != actions.cend());
+        (*action)->trigger();
+        QCOMPARE(m_shell->desktop.openRequests.last().message, u"Select footage files or a folder to analyse with AI"_s);
+        QVERIFY(m_shell->desktop.openRequests.last().allowsFolders);
+        QCOMPARE(state().sessions().size(), 5);
+        const ShootSession created = state().sessions().first();
+        QCOMPARE(created.title, u"interview"_s);
+        QCOMPARE(state().selectedSession()->id, created.id);
+
+        QTRY_COMPARE(detail->session().id, created.id);
+        QTRY_COMPARE_WITH_TIMEOUT(watcher.changes, (QStringList{u"disabled"_s, u"enabled"_s}), 60000);
+        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
+        const QList<QLabel *> lines = detail->findChildren<QLabel *>(u"analysisResult"_s);
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(QRegularExpression(u"^interview\\.mov: [1-9]\\d* audio \\+ \\d+ visual markers \\([1-9]\\d* words\\)$"_s)
+                     .match(lines.first()->text()).hasMatch(),
+                 qPrintable(lines.first()->text()));
+        // The final refresh brings in what the service derived.
+        QTRY_VERIFY(!state().selectedSession()->markers.isEmpty());
+        QTRY_VERIFY(!detail->findChildren<MarkerRow *>().isEmpty());
+        QCOMPARE(QDir(m_scratch.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
     }
 
     void cleanup()

@@ -17,6 +17,7 @@
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/TranscriptView.h"
 
+#include <QCoro/QCoroSignal>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -28,6 +29,14 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// Holds a fake analysis run open until the test lets it finish.
+class RunGate : public QObject
+{
+    Q_OBJECT
+Q_SIGNALS:
+    void opened();
+};
 
 struct RecordingWorkspace final : Workspace {
     QStringList calls;
@@ -122,9 +131,16 @@ class SessionDetailTest : public QObject
             shell.state.setSelectedSession(harbour());
             SessionDetailEnvironment environment{
                 [](const QString &) -> QCoro::Task<QList<TranscriptSegment>> { co_return interview(); },
-                [this](ShootSession session, QList<QUrl> files, AnalysisState &) -> QCoro::Task<> {
+                [this](ShootSession session, QList<QUrl> files, AnalysisState &analysis) -> QCoro::Task<> {
                     analysed.append({session.id, files});
-                    co_return;
+                    if (!holdRuns)
+                        co_return;
+                    analysis.setAnalysing(true);
+                    analysis.setAnalyseProgress(u"Extracting audio (1/1): "_s + files.first().fileName());
+                    co_await qCoro(&gate, &RunGate::opened);
+                    analysis.appendAnalyseResult(files.first().fileName() + u": 2 audio + 4 visual markers (300 words)"_s);
+                    analysis.setAnalysing(false);
+                    analysis.setAnalyseProgress(QString());
                 },
                 workspace,
                 temp,
@@ -161,6 +177,8 @@ class SessionDetailTest : public QObject
         PendingAnalyses pending;
         std::shared_ptr<RecordingWorkspace> workspace = std::make_shared<RecordingWorkspace>();
         QList<PendingAnalyses::Request> analysed;
+        bool holdRuns = false;
+        RunGate gate;
         QString root;
         QString temp;
         QString apps;
@@ -453,6 +471,34 @@ private Q_SLOTS:
         QVERIFY(!screen.shell.desktop.openRequests.last().allowsFolders);
         analyse->click();
         QCOMPARE(screen.analysed.size(), 3);
+    }
+
+    void analysisButtonFollowsTheRun()
+    {
+        Screen screen;
+        screen.holdRuns = true;
+        QTRY_COMPARE(screen.view->session().id, u"harbour"_s);
+        QPushButton *analyse = screen.view->findChild<QPushButton *>(u"analyseButton"_s);
+        screen.view->runAnalysis({QUrl::fromLocalFile(u"/footage/A001.mov"_s)});
+        QVERIFY(!analyse->isEnabled());
+        QCOMPARE(analyse->text(), u"Extracting audio (1/1): A001.mov"_s);
+
+        // Another session's screen shows its own, idle analysis; the run goes on meanwhile.
+        screen.shell.state.setSelectedSession(second());
+        QTRY_COMPARE(screen.view->session().id, u"second"_s);
+        QVERIFY(analyse->isEnabled());
+        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
+        screen.shell.state.setSelectedSession(harbour());
+        QTRY_COMPARE(screen.view->session().id, u"harbour"_s);
+        QVERIFY(!analyse->isEnabled());
+
+        Q_EMIT screen.gate.opened();
+        QTRY_VERIFY(analyse->isEnabled());
+        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
+        const QList<QLabel *> lines = screen.view->findChildren<QLabel *>(u"analysisResult"_s);
+        QCOMPARE(lines.size(), 1);
+        QCOMPARE(lines.first()->text(), u"A001.mov: 2 audio + 4 visual markers (300 words)"_s);
+        QTRY_VERIFY(lines.first()->isVisible());
     }
 };
 
