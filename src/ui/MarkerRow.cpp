@@ -3,6 +3,7 @@
 #include "ui/Theme.h"
 
 #include <QFontDatabase>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -48,7 +49,14 @@ MarkerRow::MarkerRow(const ShootMarker &marker, QWidget *parent)
     badge->setFont(Theme::pixelFont(10, QFont::Bold));
     badge->setStyleSheet(QStringLiteral("QLabel { color: white; background: %1; border-radius: 4px; padding: 2px 6px; }")
                              .arg(Theme::color(marker.color()).name()));
-    row->addWidget(badge, 0, Qt::AlignTop);
+    // Badges keep their own width, but the texts of all rows start in one column.
+    auto *badgeColumn = new QWidget;
+    auto *badgeLayout = new QVBoxLayout(badgeColumn);
+    badgeLayout->setContentsMargins(0, 1, 0, 0);
+    badgeLayout->addWidget(badge, 0, Qt::AlignLeft | Qt::AlignTop);
+    badgeLayout->addStretch(1);
+    badgeColumn->setFixedWidth(QFontMetrics(badge->font()).horizontalAdvance(QStringLiteral("Earmark")) + 20);
+    row->addWidget(badgeColumn);
 
     auto *column = new QVBoxLayout;
     column->setSpacing(4);
@@ -76,8 +84,15 @@ MarkerRow::MarkerRow(const ShootMarker &marker, QWidget *parent)
         font.setItalic(true);
         quote->setFont(font);
         quote->setWordWrap(true);
-        quote->setStyleSheet(QStringLiteral("QLabel { border-left: 2px solid %1; padding-left: 8px; }").arg(Theme::indigo().name()));
-        column->addWidget(quote);
+        auto *bar = new QFrame;
+        bar->setFixedWidth(2);
+        bar->setStyleSheet(QStringLiteral("QFrame { background: %1; border: none; }").arg(Theme::indigo().name()));
+        auto *quoted = new QHBoxLayout;
+        quoted->setContentsMargins(0, 0, 0, 0);
+        quoted->setSpacing(8);
+        quoted->addWidget(bar);
+        quoted->addWidget(quote, 1);
+        column->addLayout(quoted);
     }
     if (showsRawText(marker)) {
         QLabel *raw = Theme::label(*marker.raw, Theme::TextStyle::SmallCaption, true);

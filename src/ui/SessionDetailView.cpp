@@ -209,6 +209,8 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     m_tabs->setAccessibleName(QStringLiteral("View"));
     m_tabs->setDrawBase(false);
     m_tabs->setExpanding(false);
+    m_tabs->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
+    m_tabs->setCursor(Qt::PointingHandCursor);
     m_tabs->addTab(QString());
     m_tabs->addTab(QStringLiteral("Transcript"));
     connect(m_tabs, &QTabBar::tabBarClicked, this, [this](int index) { selectTab(index == 1 ? transcriptTab : markersTab); });
@@ -244,9 +246,13 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     connect(saveEDL, &QPushButton::clicked, this, &SessionDetailView::exportEDL);
     auto *saveXML = new QPushButton(Icons::symbol(QStringLiteral("arrow.down.doc")), QStringLiteral("Save XML"));
     connect(saveXML, &QPushButton::clicked, this, &SessionDetailView::exportXML);
-    saves->addWidget(saveEDL);
-    saves->addWidget(saveXML);
-    saves->addStretch(1);
+    for (QPushButton *save : {saveEDL, saveXML}) {
+        save->setCursor(Qt::PointingHandCursor);
+        save->setStyleSheet(QStringLiteral("QPushButton { padding: 6px 12px; border-radius: 6px; border: 1px solid palette(mid); background: palette(button); }"
+                                           "QPushButton:pressed { background: palette(midlight); }"));
+    }
+    saves->addWidget(saveEDL, 1);
+    saves->addWidget(saveXML, 1);
     m_analyseButton = new QPushButton;
     m_analyseButton->setObjectName(QStringLiteral("analyseButton"));
     makeProminent(m_analyseButton, green);

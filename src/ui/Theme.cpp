@@ -133,7 +133,11 @@ QString styleSheetFor(const QPalette &palette)
                "QPushButton[segment=\"first\"] { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
                "QPushButton[segment=\"last\"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
                "QPushButton[segment=\"first\"]:checked, QPushButton[segment=\"middle\"]:checked, QPushButton[segment=\"last\"]:checked"
-               " { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
+               " { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }"
+               "QTabBar#viewPicker::tab { padding: 5px 16px; margin: 0; background: %9; color: %5; border: 1px solid %3; }"
+               "QTabBar#viewPicker::tab:first { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
+               "QTabBar#viewPicker::tab:last { border-left: none; border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
+               "QTabBar#viewPicker::tab:selected { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
         .arg(rgba(faint), rgba(handle), rgba(palette.color(QPalette::Mid)), rgba(palette.color(QPalette::Window)),
              rgba(palette.color(QPalette::ButtonText)), rgba(hover), rgba(palette.color(QPalette::Disabled, QPalette::ButtonText)),
              rgba(palette.color(QPalette::Base)), rgba(palette.color(QPalette::Button)));

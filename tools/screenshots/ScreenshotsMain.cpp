@@ -10,8 +10,14 @@
 #include "ui/ShellBackend.h"
 #include "ui/SignedInView.h"
 #include "ui/Theme.h"
+#include "analysis/AnalysisPipeline.h"
+#include "ui/SessionDetailView.h"
+#include "ui/transcript/SelectsModel.h"
+#include "ui/transcript/SpeakerRunView.h"
 
 #include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QDir>
 #include <QLineEdit>
 #include <QListView>
@@ -31,8 +37,44 @@ public:
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}
-    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
-    QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return sampleTranscript(); }
+    // A run caught on its last file: two result lines and the progress of the third.
+    QCoro::Task<> runAnalysis(ShootSession, QList<QUrl> files, AnalysisState &analysis) override
+    {
+        analysis.setAnalysing(true);
+        analysis.setAnalyseResults({QStringLiteral("%1: 12 audio + 5 visual markers (2150 words)").arg(files.at(0).fileName()),
+                                    QStringLiteral("%1: 4 audio + 9 visual markers (610 words)").arg(files.at(1).fileName())});
+        analysis.setAnalyseProgress(QStringLiteral("Visual analysis (3/3): %1...").arg(files.at(2).fileName()));
+        co_return;
+    }
+
+    static QList<TranscriptSegment> sampleTranscript()
+    {
+        const char *lines[][2] = {
+            {"SPEAKER A", "So tell me where it all started."},
+            {"SPEAKER A", "Take your time."},
+            {"SPEAKER B", "It started in my grandfather's workshop, in the winter of 1986."},
+            {"SPEAKER B", "He let me sweep the shavings."},
+            {"SPEAKER B", "I was nine, and I thought it was the best job in the world."},
+            {"SPEAKER B", "The smell of cedar still takes me straight back there."},
+            {"SPEAKER A", "And the first boat?"},
+            {"SPEAKER A", "Do you remember it?"},
+            {"SPEAKER B", "A little dinghy. It leaked like a sieve, but it floated."},
+            {"SPEAKER B", "We took it out on the harbour the morning after it was finished."},
+        };
+        QList<TranscriptSegment> segments;
+        int second = 4;
+        int n = 0;
+        for (const auto &line : lines) {
+            TranscriptSegment segment;
+            segment.id = QStringLiteral("t%1").arg(++n);
+            segment.speaker = QString::fromUtf8(line[0]);
+            segment.text = QString::fromUtf8(line[1]);
+            segment.timecode = QStringLiteral("10:02:%1:00").arg(second += 5, 2, 10, QChar(u'0'));
+            segments.append(segment);
+        }
+        return segments;
+    }
 };
 
 class StillDesktop : public Desktop
@@ -80,6 +122,55 @@ QList<ShootSession> sampleSessions()
         sessions.append(session);
     }
     return sessions;
+}
+
+ShootMarker sampleMarker(const char *type, const char *timecode, const char *summary, const char *quote = nullptr,
+                         const char *raw = nullptr, const char *timecodeOut = nullptr)
+{
+    ShootMarker marker;
+    static int n = 0;
+    marker.id = QStringLiteral("m%1").arg(++n);
+    marker.markerType = QString::fromUtf8(type);
+    marker.timecode = QString::fromUtf8(timecode);
+    if (summary)
+        marker.summary = QString::fromUtf8(summary);
+    if (quote)
+        marker.quote = QString::fromUtf8(quote);
+    if (raw)
+        marker.raw = QString::fromUtf8(raw);
+    if (timecodeOut)
+        marker.timecodeOut = QString::fromUtf8(timecodeOut);
+    return marker;
+}
+
+// The first sample session with what an editor meets after a day's shoot.
+ShootSession detailedSession(ShootSession session)
+{
+    session.markers = {
+        sampleMarker("log", "10:02:14:05", "Skipper arrives, ties up at the north pontoon"),
+        sampleMarker("earmark", "10:04:51:12", "The first boat story", "It leaked like a sieve, but it floated.",
+                     "a little dinghy it leaked like a sieve but it floated we took it out the morning after"),
+        sampleMarker("inout", "10:07:30:00", "Workshop walk-through, wide", nullptr, nullptr, "10:09:12:18"),
+        sampleMarker("note", "10:11:02:20", "Check audio: gull noise over the second answer"),
+        sampleMarker("earmark", "10:12:40:03", "Pause before the answer", nullptr, "[no speech]"),
+        sampleMarker("soundbite", "10:15:08:11", "Why wooden boats", "Every plank has its own mind."),
+    };
+    const struct {
+        const char *name;
+        const char *timecode;
+        double duration;
+    } clips[] = {{"A001C007_261118.mov", "10:01:58:00", 342.4}, {"A001C008_261118.mov", "10:07:21:10", 615.0}, {"B002C003_261118.mxf", nullptr, 87.6}};
+    session.matchedClips.clear();
+    for (const auto &clip : clips) {
+        MediaClip media;
+        media.id = media.path = QStringLiteral("/Volumes/Shuttle/") + QString::fromUtf8(clip.name);
+        media.filename = QString::fromUtf8(clip.name);
+        if (clip.timecode)
+            media.timecode = QString::fromUtf8(clip.timecode);
+        media.duration = clip.duration;
+        session.matchedClips.append(media);
+    }
+    return session;
 }
 
 void settle()
@@ -130,7 +221,10 @@ int main(int argc, char **argv)
 
     state.signIn(QStringLiteral("anna.smith@example.com"), QStringLiteral("Anna Maria Smith"));
     state.setFootageFolders({QStringLiteral("/Volumes/Shuttle/2026-11 Harbour/Camera A"), QStringLiteral("/home/anna/Footage/Workshop")});
-    state.setSessions(sampleSessions().mid(0, 6));
+    QList<ShootSession> sessions = sampleSessions().mid(0, 6);
+    sessions[0] = detailedSession(sessions[0]);
+    sessions[2] = detailedSession(sessions[2]);
+    state.setSessions(sessions);
     state.markSessionsDeleted({sampleSessions().at(6)});
     for (const QString &appearance : {QStringLiteral("light"), QStringLiteral("dark")}) {
         state.setAppearance(appearance);
@@ -157,6 +251,49 @@ int main(int argc, char **argv)
         window.openSettingsWindow();
         ok = save(*window.settingsWindow(), folder, QStringLiteral("settings-window-") + appearance) && ok;
         window.settingsWindow()->close();
+
+        // The session screen: matched footage and markers of several types.
+        state.setShowSettings(false);
+        signedIn->sessionList()->setSelectedIds({QStringLiteral("s1")});
+        settle();
+        SessionDetailView *detail = signedIn->sessionDetail();
+        detail->selectTab(QStringLiteral("markers"));
+        window.resize(1000, 1180);
+        ok = save(window, folder, QStringLiteral("detail-") + appearance) && ok;
+
+        // The transcript with graded selects and a range offered by a shift-click.
+        detail->selectTab(QStringLiteral("transcript"));
+        settle();
+        SegmentSelection selection;
+        selection.selectedSegmentIds = {QStringLiteral("t6"), QStringLiteral("t8"), QStringLiteral("t9")};
+        selection.segmentGrades = {{QStringLiteral("t8"), QStringLiteral("A")}, {QStringLiteral("t9"), QStringLiteral("B")}};
+        detail->selects()->setSelection(selection);
+        settle();
+        const auto chip = [detail](const QString &id, Qt::KeyboardModifiers modifiers) {
+            for (SpeakerRunView *run : detail->findChildren<SpeakerRunView *>()) {
+                if (!run->chipRect(id).isEmpty())
+                    Q_EMIT run->chipClicked(id, modifiers);
+            }
+        };
+        chip(QStringLiteral("t3"), Qt::ShiftModifier); // from the first select, t6
+        window.resize(1000, 900);
+        ok = save(window, folder, QStringLiteral("detail-transcript-") + appearance) && ok;
+
+        // The analysis area near the bottom of the screen, while the last of three files runs.
+        detail->selects()->setSelection({});
+        detail->selectTab(QStringLiteral("markers"));
+        signedIn->sessionList()->setSelectedIds({QStringLiteral("s3")});
+        settle();
+        detail->runAnalysis({QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C007_261118.mov")),
+                             QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C008_261118.mov")),
+                             QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/B002C003_261118.mxf"))});
+        window.resize(1000, 650);
+        settle();
+        QScrollBar *scroll = detail->findChild<QScrollArea *>()->verticalScrollBar();
+        scroll->setValue(scroll->maximum());
+        ok = save(window, folder, QStringLiteral("detail-analysis-") + appearance) && ok;
+        signedIn->sessionList()->setSelectedIds({});
+        window.resize(1000, 650);
     }
     return ok ? 0 : 1;
 }
