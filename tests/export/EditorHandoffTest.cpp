@@ -1,5 +1,6 @@
 // The hand-off to the editing applications. The applications themselves are fakes in a
 // temporary folder (the machine has none); files are really written and read back.
+#include "RecordingWorkspace.h"
 #include "export/EditorHandoff.h"
 #include "export/PremiereScript.h"
 #include "platform/ProcessWorkspace.h"
@@ -12,17 +13,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct RecordingWorkspace final : Workspace {
-    QStringList calls;
-
-    void openWithApplication(const QString &file, const QString &application) override
-    {
-        calls.append(u"open "_s + file + u" with "_s + application);
-    }
-    void openWithDefaultHandler(const QString &file) override { calls.append(u"open "_s + file); }
-    void launchApplication(const QString &application) override { calls.append(u"launch "_s + application); }
-};
 
 QByteArray contents(const QString &path)
 {

@@ -1,5 +1,5 @@
 vorlix_add_test(tst_exportdocuments SOURCES export/ExportDocumentsTest.cpp export/ExpectedDocuments.h export/ExpectedDocuments.cpp)
 vorlix_add_test(tst_exportproperties SOURCES export/ExportPropertiesTest.cpp)
-vorlix_add_test(tst_editorhandoff SOURCES export/EditorHandoffTest.cpp)
+vorlix_add_test(tst_editorhandoff SOURCES export/EditorHandoffTest.cpp export/RecordingWorkspace.h)
 vorlix_add_test(tst_exportcli SOURCES export/ExportCliTest.cpp cli/CliRunner.h)
 add_dependencies(tst_exportcli vorlix-sync-cli)

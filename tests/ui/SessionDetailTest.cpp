@@ -3,6 +3,7 @@
 // applications are fakes (paths in a temporary folder and a workspace that records launches),
 // since the machine has none.
 #include "ShellFixture.h"
+#include "export/RecordingWorkspace.h"
 #include "transcript/TranscriptDriver.h"
 
 #include "analysis/AnalysisPipeline.h"
@@ -36,17 +37,6 @@ class RunGate : public QObject
     Q_OBJECT
 Q_SIGNALS:
     void opened();
-};
-
-struct RecordingWorkspace final : Workspace {
-    QStringList calls;
-
-    void openWithApplication(const QString &file, const QString &application) override
-    {
-        calls.append(u"open "_s + file + u" with "_s + application);
-    }
-    void openWithDefaultHandler(const QString &file) override { calls.append(u"open "_s + file); }
-    void launchApplication(const QString &application) override { calls.append(u"launch "_s + application); }
 };
 
 ShootMarker marker(const QString &id, const QString &type, const QString &timecode)

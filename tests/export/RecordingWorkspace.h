@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <QStringList>
+
+// Stands in for the editing applications the machine does not have: every request to open or
+// launch is written down as a line ("open FILE with APP", "open FILE", "launch APP").
+struct RecordingWorkspace final : Workspace {
+    QStringList calls;
+
+    void openWithApplication(const QString &file, const QString &application) override
+    {
+        calls.append(QStringLiteral("open ") + file + QStringLiteral(" with ") + application);
+    }
+    void openWithDefaultHandler(const QString &file) override { calls.append(QStringLiteral("open ") + file); }
+    void launchApplication(const QString &application) override { calls.append(QStringLiteral("launch ") + application); }
+};
