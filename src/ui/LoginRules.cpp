@@ -1,5 +1,7 @@
 #include "ui/LoginRules.h"
 
+#include "ui/TrimSpacesAndTabs.h"
+
 #include <QList>
 #include <QTextBoundaryFinder>
 
@@ -7,14 +9,7 @@ namespace LoginRules {
 
 bool isValidEmail(const QString &text)
 {
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };
-    while (begin < end && isBlank(text.at(begin)))
-        ++begin;
-    while (end > begin && isBlank(text.at(end - 1)))
-        --end;
-    const QStringView trimmed = QStringView(text).mid(begin, end - begin);
+    const QStringView trimmed = trimSpacesAndTabs(text);
     return trimmed.contains(u'@') && trimmed.contains(u'.');
 }
 

@@ -15,8 +15,10 @@
 #include "ui/Icons.h"
 #include "ui/MarkerRow.h"
 #include "ui/ServiceLinks.h"
+#include "ui/SessionListLogic.h"
 #include "ui/ShellBackend.h"
 #include "ui/Theme.h"
+#include "ui/TrimSpacesAndTabs.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/TranscriptView.h"
 
@@ -280,23 +282,6 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     refresh();
 }
 
-QString SessionDetailView::trimmedTitle(const QString &title)
-{
-    const auto isBlank = [](QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); };
-    qsizetype start = 0;
-    qsizetype end = title.size();
-    while (start < end && isBlank(title.at(start)))
-        ++start;
-    while (end > start && isBlank(title.at(end - 1)))
-        --end;
-    return title.mid(start, end - start);
-}
-
-QString SessionDetailView::selectsCountText(qsizetype count)
-{
-    return count == 1 ? QStringLiteral("1 select ready to export") : QStringLiteral("%1 selects ready to export").arg(count);
-}
-
 void SessionDetailView::refresh()
 {
     const std::optional<ShootSession> &selected = m_state.selectedSession();
@@ -390,7 +375,7 @@ void SessionDetailView::updateSelects()
 {
     const qsizetype count = m_selects->selectedSegmentIds().size();
     m_selectsSection->setVisible(count > 0);
-    m_selectsCount->setText(selectsCountText(count));
+    m_selectsCount->setText(selectsCountText(count) + QStringLiteral(" ready to export"));
 }
 
 void SessionDetailView::updateAnalysis()
@@ -442,17 +427,14 @@ void SessionDetailView::setNewTitle(const QString &title)
 
 void SessionDetailView::renameSession()
 {
-    const QString title = trimmedTitle(m_newTitle);
     m_isRenaming = false;
     updateTitleRow();
-    QList<ShootSession> sessions = m_state.sessions();
-    const auto shown = std::find_if(sessions.begin(), sessions.end(), [this](const ShootSession &s) { return s.id == m_session.id; });
-    if (title.isEmpty() || shown == sessions.end())
+    const QString id = m_session.id;
+    const auto sessions = SessionListLogic::withTitle(m_state.sessions(), id, trimSpacesAndTabs(m_newTitle).toString());
+    if (!sessions)
         return;
-    shown->title = title;
-    const ShootSession renamed = *shown;
-    m_state.setSessions(sessions);
-    m_state.setSelectedSession(renamed);
+    m_state.setSessions(*sessions);
+    m_state.setSelectedSession(*std::find_if(sessions->cbegin(), sessions->cend(), [&id](const ShootSession &s) { return s.id == id; }));
 }
 
 void SessionDetailView::deleteSession()
@@ -467,9 +449,7 @@ void SessionDetailView::deleteSession()
         AppState &state = self->m_state;
         self->m_memory.remove(shown.id);
         state.markSessionsDeleted({shown});
-        QList<ShootSession> sessions = state.sessions();
-        sessions.removeIf([&shown](const ShootSession &s) { return s.id == shown.id; });
-        state.setSessions(sessions);
+        state.setSessions(SessionListLogic::sessionsWithoutIds(state.sessions(), {shown.id}));
         state.setSelectedSession(std::nullopt);
     });
 }

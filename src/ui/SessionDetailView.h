@@ -66,10 +66,6 @@ public:
     // The analysis of the shown session, written by the pipeline while it runs.
     const AnalysisState &analysis() const { return *m_analysis; }
 
-    // Spaces and tabs off both ends; line breaks stay.
-    static QString trimmedTitle(const QString &title);
-    // "1 select ready to export", "2 selects ready to export".
-    static QString selectsCountText(qsizetype count);
 
     void selectTab(const QString &tab);
     void startRenaming();

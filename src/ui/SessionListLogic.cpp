@@ -78,7 +78,11 @@ SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<Sh
 
 std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle)
 {
-    const QString title = editingTitle.trimmed();
+    return withTitle(sessions, id, editingTitle.trimmed());
+}
+
+std::optional<QList<ShootSession>> withTitle(const QList<ShootSession> &sessions, const QString &id, const QString &title)
+{
     if (title.isEmpty())
         return std::nullopt;
     const auto it = std::find_if(sessions.cbegin(), sessions.cend(), [&](const ShootSession &s) { return s.id == id; });

@@ -36,6 +36,9 @@ SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<Sh
 // The sessions after renaming `id` to the trimmed text, or none when nothing changes (blank
 // text, unknown id).
 std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle);
+// The sessions with `title`, as given, on session `id`, or none when `title` is empty or no
+// session has that id.
+std::optional<QList<ShootSession>> withTitle(const QList<ShootSession> &sessions, const QString &id, const QString &title);
 
 QList<ShootSession> sessionsWithIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
 QList<ShootSession> sessionsWithoutIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
