@@ -1,5 +1,6 @@
 // The sidebar after a sync of a large account: 2,000 sessions over a year regrouped by day and
 // the visible rows repainted, as one coalesced refresh does it.
+#include "IdleDesktop.h"
 #include "platform/Preferences.h"
 #include "platform/Desktop.h"
 #include "state/AppState.h"
@@ -25,17 +26,6 @@ public:
     void rescanSavedFolders() override {}
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
     QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
-};
-
-class IdleDesktop : public Desktop
-{
-public:
-    void chooseFolder(const QString &, std::function<void(const QString &)>) override {}
-    void confirm(const Confirmation &, std::function<void()>) override {}
-    void openUrl(const QUrl &) override {}
-    void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
-    void inform(const Notice &, std::function<void()>) override {}
-    void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
 };
 
 QList<ShootSession> makeSessions(int count, int shift, int idPrefix)

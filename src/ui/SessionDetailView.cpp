@@ -346,9 +346,16 @@ void SessionDetailView::rebuildSessionContent()
             m_footageHolder->addWidget(footageRow(clip));
     }
 
-    clearLayout(m_markersHolder);
+    // The rows are laid out in a list not yet on screen, which then replaces the old one whole:
+    // adding them one by one to the visible column would lay the column out again for each row.
+    auto *markerList = new QWidget;
+    auto *markerRows = new QVBoxLayout(markerList);
+    markerRows->setContentsMargins(0, 0, 0, 0);
+    markerRows->setSpacing(4);
     for (const ShootMarker &marker : m_session.markers)
-        m_markersHolder->addWidget(new MarkerRow(marker));
+        markerRows->addWidget(new MarkerRow(marker));
+    clearLayout(m_markersHolder);
+    m_markersHolder->addWidget(markerList);
     updateTabs();
 }
 

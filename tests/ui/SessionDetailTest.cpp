@@ -261,13 +261,16 @@ private Q_SLOTS:
         QCOMPARE(screen.view->findChild<QTabBar *>()->tabText(0), u"Markers (4)"_s);
         QVERIFY(!screen.label(u"matchedFootageHeading"_s));
 
+        // Only the earmark with heard words shows them; a quote sits between double quotes.
+        QTRY_COMPARE(screen.view->findChildren<MarkerRow *>().size(), 4);
         const QList<MarkerRow *> rows = screen.view->findChildren<MarkerRow *>();
-        QCOMPARE(rows.size(), 4);
-        // Only the earmark with heard words shows them; its quote sits between double quotes.
-        QCOMPARE(screen.view->findChildren<QLabel *>(u"markerRaw"_s).size(), 1);
-        QCOMPARE(screen.label(u"markerRaw"_s)->text(), u"we sailed at dawn"_s);
-        QCOMPARE(screen.label(u"markerQuote"_s)->text(), u"\"At dawn\""_s);
-        QVERIFY(withText<QLabel>(screen.view.get(), u"→"_s));
+        QCOMPARE(rows.at(0)->shownTexts(), (QStringList{u"Log"_s, u"10:00:01:00"_s, u"Boats come in"_s}));
+        QCOMPARE(rows.at(1)->shownTexts(), (QStringList{u"Earmark"_s, u"10:00:05:00"_s, u"\"At dawn\""_s, u"we sailed at dawn"_s}));
+        QCOMPARE(rows.at(2)->shownTexts(), (QStringList{u"Earmark"_s, u"10:00:09:00"_s}));
+        QCOMPARE(rows.at(3)->shownTexts(), (QStringList{u"Clip"_s, u"10:00:12:00"_s, u"→"_s, u"10:00:20:00"_s}));
+        // A row is as tall as its wrapped texts need.
+        QVERIFY(rows.at(1)->heightForWidth(200) > rows.at(1)->heightForWidth(600));
+        QCOMPARE(rows.at(1)->height(), rows.at(1)->heightForWidth(rows.at(1)->width()));
 
         ShootSession withClips = harbour();
         MediaClip clip;

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/Desktop.h"
+
+// Nobody at the dialogs: the screen benchmarks measure rebuilding and painting, never a panel.
+class IdleDesktop : public Desktop
+{
+public:
+    void chooseFolder(const QString &, std::function<void(const QString &)>) override {}
+    void confirm(const Confirmation &, std::function<void()>) override {}
+    void openUrl(const QUrl &) override {}
+    void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
+    void inform(const Notice &, std::function<void()>) override {}
+    void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
+};
