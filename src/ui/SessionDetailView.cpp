@@ -53,6 +53,23 @@ void clearLayout(QVBoxLayout *layout)
     }
 }
 
+// Rows are laid out in a list not yet on screen, which then replaces the old one whole: adding
+// them one by one to the visible column would lay the column out again for each row.
+QWidget *detachedList(QVBoxLayout *&rows, int spacing)
+{
+    auto *list = new QWidget;
+    rows = new QVBoxLayout(list);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(spacing);
+    return list;
+}
+
+void replaceContent(QVBoxLayout *holder, QWidget *content)
+{
+    clearLayout(holder);
+    holder->addWidget(content);
+}
+
 QLabel *heading(const QString &text, const QColor &color)
 {
     QLabel *label = Theme::label(text, Theme::TextStyle::Caption);
@@ -112,16 +129,17 @@ QToolButton *iconButton(const QString &symbol, const QColor &color, const QStrin
     return button;
 }
 
-QWidget *footageRow(const MediaClip &clip)
+QWidget *footageRow(const MediaClip &clip, const QPixmap &film)
 {
     auto *row = new QWidget;
     row->setObjectName(QStringLiteral("footageRow"));
     row->setAttribute(Qt::WA_StyledBackground);
-    row->setStyleSheet(QStringLiteral("#footageRow { background: palette(alternate-base); border-radius: 8px; }"));
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(10, 10, 10, 10);
     layout->setSpacing(10);
-    layout->addWidget(symbolLabel(QStringLiteral("film"), green, 16));
+    auto *icon = new QLabel;
+    icon->setPixmap(film);
+    layout->addWidget(icon);
     auto *names = new QVBoxLayout;
     names->setSpacing(2);
     auto *name = new QLabel(clip.filename);
@@ -336,26 +354,25 @@ void SessionDetailView::rebuildSessionContent()
     summaryRow->addStretch(1);
     m_summaryHolder->addWidget(summary);
 
-    clearLayout(m_footageHolder);
     m_footage->setVisible(!m_session.matchedClips.isEmpty());
+    QVBoxLayout *footageRows = nullptr;
+    QWidget *footageList = detachedList(footageRows, 6);
+    footageList->setStyleSheet(QStringLiteral("#footageRow { background: palette(alternate-base); border-radius: 8px; }"));
     if (!m_session.matchedClips.isEmpty()) {
         QLabel *title = heading(QStringLiteral("MATCHED FOOTAGE"), Theme::indigo());
         title->setObjectName(QStringLiteral("matchedFootageHeading"));
-        m_footageHolder->addWidget(title);
+        footageRows->addWidget(title);
+        const QPixmap film = Icons::symbol(QStringLiteral("film"), green).pixmap(16, 16); // drawn once, not per clip
         for (const MediaClip &clip : m_session.matchedClips)
-            m_footageHolder->addWidget(footageRow(clip));
+            footageRows->addWidget(footageRow(clip, film));
     }
+    replaceContent(m_footageHolder, footageList);
 
-    // The rows are laid out in a list not yet on screen, which then replaces the old one whole:
-    // adding them one by one to the visible column would lay the column out again for each row.
-    auto *markerList = new QWidget;
-    auto *markerRows = new QVBoxLayout(markerList);
-    markerRows->setContentsMargins(0, 0, 0, 0);
-    markerRows->setSpacing(4);
+    QVBoxLayout *markerRows = nullptr;
+    QWidget *markerList = detachedList(markerRows, 4);
     for (const ShootMarker &marker : m_session.markers)
         markerRows->addWidget(new MarkerRow(marker));
-    clearLayout(m_markersHolder);
-    m_markersHolder->addWidget(markerList);
+    replaceContent(m_markersHolder, markerList);
     updateTabs();
 }
 
