@@ -15,15 +15,18 @@
 #include "platform/NotificationCenter.h"
 #include "ui/MarkerRow.h"
 #include "ui/SessionDetailView.h"
+#include "ui/WidgetDesktop.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/TranscriptView.h"
 
 #include <QCoro/QCoroSignal>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 
@@ -464,6 +467,39 @@ private Q_SLOTS:
         QVERIFY(!screen.shell.desktop.openRequests.last().allowsFolders);
         analyse->click();
         QCOMPARE(screen.analysed.size(), 3);
+    }
+
+    // The real panel: with folders allowed, confirming a selected folder returns the folder
+    // instead of opening it; files only, the selected files come back.
+    void filesPanel_data()
+    {
+        QTest::addColumn<bool>("allowsFolders");
+        QTest::addColumn<QString>("selected");
+        QTest::newRow("a folder") << true << u"Card A"_s;
+        QTest::newRow("a file, folders allowed") << true << u"Card A/A001.mov"_s;
+        QTest::newRow("a file, files only") << false << u"Card A/A001.mov"_s;
+    }
+
+    void filesPanel()
+    {
+        QFETCH(bool, allowsFolders);
+        QFETCH(QString, selected);
+        QTemporaryDir root;
+        QVERIFY(QDir(root.path()).mkpath(u"Card A"_s));
+        QFile clip(root.filePath(u"Card A/A001.mov"_s));
+        QVERIFY(clip.open(QIODevice::WriteOnly));
+        clip.close();
+        QWidget window;
+        WidgetDesktop desktop(&window);
+        QList<QUrl> chosen;
+        desktop.chooseFiles({u"Select footage"_s, allowsFolders}, [&chosen](const QList<QUrl> &urls) { chosen = urls; });
+        auto *dialog = window.findChild<QFileDialog *>();
+        QVERIFY(dialog);
+        const QFileInfo target(root.filePath(selected));
+        dialog->setDirectory(target.absolutePath());
+        dialog->selectFile(target.fileName());
+        QMetaObject::invokeMethod(dialog, "accept"); // the Open button
+        QCOMPARE(chosen, QList<QUrl>{QUrl::fromLocalFile(target.absoluteFilePath())});
     }
 
     void analysisButtonFollowsTheRun()
