@@ -63,8 +63,6 @@ public:
     SelectsModel *selects() const { return m_selects; }
     QString selectedTab() const { return m_selectedTab; }
     bool isRenaming() const { return m_isRenaming; }
-    // The analysis of the shown session, written by the pipeline while it runs.
-    const AnalysisState &analysis() const { return *m_analysis; }
 
 
     void selectTab(const QString &tab);
