@@ -64,7 +64,6 @@ public:
     QString selectedTab() const { return m_selectedTab; }
     bool isRenaming() const { return m_isRenaming; }
 
-
     void selectTab(const QString &tab);
     void startRenaming();
     void setNewTitle(const QString &title);
@@ -75,7 +74,9 @@ public:
     void openInPremiere();
     void openInResolve();
     void exportSelectsToPremiereAction();
+    // Asks for footage files and analyses them for the shown session.
     void analyseFootage();
+    // Analyses `files` for the shown session; the run goes on if the screen moves on.
     void runAnalysis(const QList<QUrl> &files);
 
 protected:
