@@ -1,6 +1,6 @@
 // The session screen when the editor picks another session in the sidebar: the screen is rebuilt
 // for a session of N markers of mixed types (rows, footage, tabs) and its visible part painted.
-#include "IdleDesktop.h"
+#include "platform/IdleDesktop.h"
 #include "analysis/PendingAnalyses.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
@@ -9,7 +9,6 @@
 #include "ui/SessionDetailView.h"
 #include "ui/Theme.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
@@ -75,13 +74,3 @@ void BM_SessionDetailSwitch(benchmark::State &benchmarkState)
 BENCHMARK(BM_SessionDetailSwitch)->Arg(50)->Arg(500)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? QByteArray("offscreen") : qgetenv("QT_QPA_PLATFORM"));
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -1,6 +1,6 @@
 // The sidebar after a sync of a large account: 2,000 sessions over a year regrouped by day and
 // the visible rows repainted, as one coalesced refresh does it.
-#include "IdleDesktop.h"
+#include "platform/IdleDesktop.h"
 #include "platform/Preferences.h"
 #include "platform/Desktop.h"
 #include "state/AppState.h"
@@ -8,7 +8,6 @@
 #include "ui/ShellBackend.h"
 #include "ui/Theme.h"
 
-#include <QApplication>
 #include <QListView>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -71,13 +70,3 @@ void BM_SessionListRegroupAndRedraw(benchmark::State &benchmarkState)
 BENCHMARK(BM_SessionListRegroupAndRedraw)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? QByteArray("offscreen") : qgetenv("QT_QPA_PLATFORM"));
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

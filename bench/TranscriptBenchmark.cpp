@@ -5,7 +5,6 @@
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/TranscriptView.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QLayout>
 #include <QPainter>
@@ -119,13 +118,3 @@ void selectAndRepaint(benchmark::State &state)
 BENCHMARK(selectAndRepaint)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(layoutTranscript)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintVisibleTranscript)->ArgName("oneRun")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

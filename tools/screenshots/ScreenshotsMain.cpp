@@ -1,6 +1,7 @@
 // Puts the main window into its typical states with sample sessions and grabs each one, light
 // and dark, so a change of look can be reviewed without a display.
-#include "platform/Desktop.h"
+#include "analysis/AnalysisPipeline.h"
+#include "platform/IdleDesktop.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
 #include "ui/ContentView.h"
@@ -8,19 +9,18 @@
 #include "ui/SessionListView.h"
 #include "ui/SettingsView.h"
 #include "ui/ShellBackend.h"
+#include "ui/SessionDetailView.h"
 #include "ui/SignedInView.h"
 #include "ui/Theme.h"
-#include "analysis/AnalysisPipeline.h"
-#include "ui/SessionDetailView.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 
 #include <QApplication>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QDir>
 #include <QLineEdit>
 #include <QListView>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QThread>
@@ -75,17 +75,6 @@ public:
         }
         return segments;
     }
-};
-
-class StillDesktop : public Desktop
-{
-public:
-    void chooseFolder(const QString &, std::function<void(const QString &)>) override {}
-    void confirm(const Confirmation &, std::function<void()>) override {}
-    void openUrl(const QUrl &) override {}
-    void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
-    void inform(const Notice &, std::function<void()>) override {}
-    void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
 };
 
 QList<ShootSession> sampleSessions()
@@ -204,7 +193,7 @@ int main(int argc, char **argv)
     AppState state(preferences);
     state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     StillBackend backend;
-    StillDesktop desktop;
+    IdleDesktop desktop;
     ContentView window(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.vorlix.io"))));
     window.show();
 

@@ -2,7 +2,8 @@
 
 #include "platform/Desktop.h"
 
-// Nobody at the dialogs: the screen benchmarks measure rebuilding and painting, never a panel.
+// Nobody at the dialogs: for screens drawn without a person in front of them (the screen
+// benchmarks, the documentation screenshots), where a panel or an alert must never open.
 class IdleDesktop : public Desktop
 {
 public:
