@@ -124,17 +124,6 @@ private Q_SLOTS:
         QVERIFY(resolveImportInstructions(QFileInfo(saved).fileName()).contains(u"3. Select timeline.otio\n"_s));
     }
 
-    void platformLocations()
-    {
-        const EditorLocations locations = EditorLocations::forThisPlatform();
-#if defined(Q_OS_LINUX)
-        QVERIFY(locations.premierePro.isEmpty());
-        QCOMPARE(locations.davinciResolve, QStringList{u"/opt/resolve/bin/resolve"_s});
-#else
-        QVERIFY(!locations.davinciResolve.isEmpty());
-#endif
-    }
-
 #if defined(Q_OS_LINUX)
     // The real process-based workspace, with a fake application that records how it was started.
     void processWorkspaceStartsTheApplication()

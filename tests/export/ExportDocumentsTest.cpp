@@ -246,13 +246,6 @@ private Q_SLOTS:
                          Expected::otioClips);
     }
 
-    void rationalTimeAndRange()
-    {
-        QCOMPARE(timeRange(125, 1, 25),
-                 R"({"OTIO_SCHEMA": "TimeRange.1", "start_time": {"OTIO_SCHEMA": "RationalTime.1", "value": 125, "rate": 25.0}, "duration": {"OTIO_SCHEMA": "RationalTime.1", "value": 1, "rate": 25.0}})"_L1);
-        QCOMPARE(rationalTime(-7, 30), R"({"OTIO_SCHEMA": "RationalTime.1", "value": -7, "rate": 30.0})"_L1);
-    }
-
     void script()
     {
         compareDocuments(premiereScript("/tmp/it's\\x/vorlix-markers.xml"_L1), Expected::script);

@@ -43,29 +43,18 @@ private Q_SLOTS:
         QFile::remove(m_file);
     }
 
-    void defaultsOnAnEmptyStore()
-    {
-        Preferences store = preferences();
-        AppState state(store);
-        QVERIFY(!state.isLoggedIn());
-        QCOMPARE(state.preferredNLE(), QStringLiteral("resolve"));
-        QCOMPARE(state.appearance(), QStringLiteral("system"));
-        QCOMPARE(state.defaultFps(), 25);
-        QVERIFY(state.footageFolders().isEmpty());
-        QVERIFY(state.deletedSessions().isEmpty());
-        QVERIFY(!state.selectedSession());
-    }
-
     void settingsFallBacks_data()
     {
         QTest::addColumn<QString>("ini");
         QTest::addColumn<int>("fps");
         QTest::addColumn<QString>("nle");
         QTest::addColumn<QStringList>("folders");
+        QTest::newRow("empty store") << "" << 25 << "resolve" << QStringList();
         QTest::newRow("stored values") << "vorlix_default_fps=30\nvorlix_nle=premiere\nvorlix_footage_folders=/a, /b\n"
                                        << 30 << "premiere" << QStringList{"/a", "/b"};
         QTest::newRow("fps zero") << "vorlix_default_fps=0\n" << 25 << "resolve" << QStringList();
         QTest::newRow("fps not a number") << "vorlix_default_fps=fast\n" << 25 << "resolve" << QStringList();
+        QTest::newRow("empty stored e-mail") << "vorlix_email=\n" << 25 << "resolve" << QStringList();
         QTest::newRow("one folder") << "vorlix_footage_folders=/only\n" << 25 << "resolve" << QStringList{"/only"};
         QTest::newRow("list where a string belongs") << "vorlix_nle=a, b\n" << 25 << "resolve" << QStringList();
         QTest::newRow("bytes where a list belongs") << "vorlix_footage_folders=@ByteArray(x)\n" << 25 << "resolve" << QStringList();
@@ -86,6 +75,7 @@ private Q_SLOTS:
         QCOMPARE(state.defaultFps(), fps);
         QCOMPARE(state.preferredNLE(), nle);
         QCOMPARE(state.footageFolders(), folders);
+        QVERIFY(!state.isLoggedIn());
     }
 
     void settingsSurviveARestart()
@@ -255,34 +245,6 @@ private Q_SLOTS:
         QVERIFY(!state.selectedSession());
     }
 
-    void emptyStoredEmailIsSignedOut()
-    {
-        preferences().setString(PreferenceKeys::email, QString());
-        Preferences store = preferences();
-        QVERIFY(!AppState(store).isLoggedIn());
-    }
-
-    void everyAssignmentNotifies()
-    {
-        Preferences store = preferences();
-        AppState state(store);
-        QSignalSpy spy(&state, &AppState::sessionsChanged);
-        state.setSessions({});
-        state.setSessions({});
-        QCOMPARE(spy.count(), 2);
-    }
-
-    void appearanceGoesThroughTheHandler()
-    {
-        Preferences store = preferences();
-        AppState state(store);
-        QStringList applied;
-        state.setAppearanceHandler([&](const QString &appearance) { applied.append(appearance); });
-        state.applyAppearance();
-        state.setAppearance(QStringLiteral("dark"));
-        state.applyAppearance();
-        QCOMPARE(applied, (QStringList{"system", "dark"}));
-    }
 };
 
 QTEST_GUILESS_MAIN(AppStateTest)
