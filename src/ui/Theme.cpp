@@ -43,58 +43,73 @@ QColor destructive()
     return g_dark ? QColor(255, 105, 97) : QColor(215, 48, 39);
 }
 
-QPalette lightPalette()
+namespace {
+
+// The colours that set one palette apart from the other; everything else is shared.
+struct PaletteColours {
+    QColor window, text, base, alternateBase, button, toolTipBase, placeholder;
+    QColor light, midlight, mid, dark, shadow, disabledText;
+};
+
+QPalette fusionPalette(const PaletteColours &c)
 {
     QPalette palette;
-    const QColor window(246, 246, 248);
-    const QColor text(29, 29, 31);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::AlternateBase, QColor(240, 240, 244));
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(252, 252, 253));
-    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::Window, c.window);
+    palette.setColor(QPalette::WindowText, c.text);
+    palette.setColor(QPalette::Base, c.base);
+    palette.setColor(QPalette::AlternateBase, c.alternateBase);
+    palette.setColor(QPalette::Text, c.text);
+    palette.setColor(QPalette::Button, c.button);
+    palette.setColor(QPalette::ButtonText, c.text);
     palette.setColor(QPalette::BrightText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 240));
-    palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::PlaceholderText, QColor(110, 110, 118));
-    palette.setColor(QPalette::Light, Qt::white);
-    palette.setColor(QPalette::Midlight, QColor(232, 232, 236));
-    palette.setColor(QPalette::Mid, QColor(200, 200, 206));
-    palette.setColor(QPalette::Dark, QColor(160, 160, 168));
-    palette.setColor(QPalette::Shadow, QColor(120, 120, 128));
+    palette.setColor(QPalette::ToolTipBase, c.toolTipBase);
+    palette.setColor(QPalette::ToolTipText, c.text);
+    palette.setColor(QPalette::PlaceholderText, c.placeholder);
+    palette.setColor(QPalette::Light, c.light);
+    palette.setColor(QPalette::Midlight, c.midlight);
+    palette.setColor(QPalette::Mid, c.mid);
+    palette.setColor(QPalette::Dark, c.dark);
+    palette.setColor(QPalette::Shadow, c.shadow);
     for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(170, 170, 176));
+        palette.setColor(QPalette::Disabled, role, c.disabledText);
     setAccent(palette, Qt::white);
     return palette;
 }
 
+} // namespace
+
+QPalette lightPalette()
+{
+    return fusionPalette({.window = QColor(246, 246, 248),
+                          .text = QColor(29, 29, 31),
+                          .base = Qt::white,
+                          .alternateBase = QColor(240, 240, 244),
+                          .button = QColor(252, 252, 253),
+                          .toolTipBase = QColor(255, 255, 240),
+                          .placeholder = QColor(110, 110, 118),
+                          .light = Qt::white,
+                          .midlight = QColor(232, 232, 236),
+                          .mid = QColor(200, 200, 206),
+                          .dark = QColor(160, 160, 168),
+                          .shadow = QColor(120, 120, 128),
+                          .disabledText = QColor(170, 170, 176)});
+}
+
 QPalette darkPalette()
 {
-    QPalette palette;
-    const QColor window(36, 36, 40);
-    const QColor text(236, 236, 240);
-    palette.setColor(QPalette::Window, window);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Base, QColor(28, 28, 31));
-    palette.setColor(QPalette::AlternateBase, QColor(44, 44, 49));
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::Button, QColor(52, 52, 58));
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::BrightText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(52, 52, 58));
-    palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::PlaceholderText, QColor(152, 152, 160));
-    palette.setColor(QPalette::Light, QColor(70, 70, 76));
-    palette.setColor(QPalette::Midlight, QColor(58, 58, 64));
-    palette.setColor(QPalette::Mid, QColor(46, 46, 52));
-    palette.setColor(QPalette::Dark, QColor(20, 20, 22));
-    palette.setColor(QPalette::Shadow, Qt::black);
-    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(105, 105, 112));
-    setAccent(palette, Qt::white);
-    return palette;
+    return fusionPalette({.window = QColor(36, 36, 40),
+                          .text = QColor(236, 236, 240),
+                          .base = QColor(28, 28, 31),
+                          .alternateBase = QColor(44, 44, 49),
+                          .button = QColor(52, 52, 58),
+                          .toolTipBase = QColor(52, 52, 58),
+                          .placeholder = QColor(152, 152, 160),
+                          .light = QColor(70, 70, 76),
+                          .midlight = QColor(58, 58, 64),
+                          .mid = QColor(46, 46, 52),
+                          .dark = QColor(20, 20, 22),
+                          .shadow = Qt::black,
+                          .disabledText = QColor(105, 105, 112)});
 }
 
 namespace {
