@@ -40,6 +40,10 @@ const QHash<QString, QString> &symbolTable()
         {QStringLiteral("play.circle.fill"), QStringLiteral("circle-play")},
         {QStringLiteral("arrow.down.doc"), QStringLiteral("file-down")},
         {QStringLiteral("waveform"), QStringLiteral("audio-waveform")},
+        {QStringLiteral("highlighter"), QStringLiteral("highlighter")},
+        {QStringLiteral("xmark"), QStringLiteral("x")},
+        {QStringLiteral("checkmark"), QStringLiteral("check")},
+        {QStringLiteral("text.alignleft"), QStringLiteral("text-align-start")},
     };
     return table;
 }

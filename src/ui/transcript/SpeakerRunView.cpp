@@ -1,5 +1,6 @@
 #include "ui/transcript/SpeakerRunView.h"
 
+#include "ui/Theme.h"
 #include "ui/transcript/TranscriptStyle.h"
 #include "ui/transcript/WordWidthCache.h"
 
@@ -26,7 +27,7 @@ constexpr qreal chipCornerRadius = 4;
 
 QFont SpeakerRunView::chipFont()
 {
-    return TranscriptStyle::font(14);
+    return Theme::pixelFont(14);
 }
 
 SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chipWidths,
@@ -38,7 +39,7 @@ SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chi
     , m_speakerColor(TranscriptStyle::toQColor(speakerColor(m_run.speaker)))
     , m_chipFont(chipFont())
     , m_timecodeFont(TranscriptStyle::monospaceFont(11, QFont::Medium))
-    , m_labelFont(TranscriptStyle::font(11, QFont::DemiBold))
+    , m_labelFont(Theme::pixelFont(11, QFont::DemiBold))
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);

@@ -4,7 +4,6 @@
 
 #include <QColor>
 #include <QFont>
-#include <QIcon>
 #include <QPalette>
 
 // Sizes are given in the design's points and used as logical pixels, so the transcript has the
@@ -20,11 +19,6 @@ inline constexpr Rgb yellow{255, 204, 0};
 // Secondary text: the palette's text colour, faded, so it reads on light and dark alike.
 QColor secondaryText(const QPalette &palette);
 
-QFont font(int pixelSize, QFont::Weight weight = QFont::Normal);
 QFont monospaceFont(int pixelSize, QFont::Weight weight = QFont::Normal);
-
-// The few symbols the transcript shows ("highlighter", "xmark", "checkmark", "text.alignleft"),
-// drawn with the painter in the given colour so they follow the palette.
-QIcon symbol(const QString &name, const QColor &color, int pixelSize);
 
 } // namespace TranscriptStyle

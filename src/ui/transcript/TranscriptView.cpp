@@ -1,5 +1,7 @@
 #include "ui/transcript/TranscriptView.h"
 
+#include "ui/Icons.h"
+#include "ui/Theme.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptStyle.h"
@@ -56,7 +58,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     spinner->setRange(0, 0);
     spinner->setTextVisible(false);
     spinner->setFixedSize(48, 8);
-    m_loadingText = makeLabel(tr("Loading transcript..."), TranscriptStyle::font(13), m_loadingPane);
+    m_loadingText = makeLabel(tr("Loading transcript..."), Theme::pixelFont(13), m_loadingPane);
     loadingRow->addStretch();
     loadingRow->addWidget(spinner);
     loadingRow->addWidget(m_loadingText);
@@ -65,7 +67,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     m_emptyPane = new QWidget(this);
     auto *emptyStack = boxLayout<QVBoxLayout>(m_emptyPane, {0, 40, 0, 40}, 8);
     m_emptyIcon = new QLabel(m_emptyPane);
-    m_emptyText = makeLabel(tr("No transcript available"), TranscriptStyle::font(13), m_emptyPane);
+    m_emptyText = makeLabel(tr("No transcript available"), Theme::pixelFont(13), m_emptyPane);
     emptyStack->addWidget(m_emptyIcon, 0, Qt::AlignHCenter);
     emptyStack->addWidget(m_emptyText, 0, Qt::AlignHCenter);
 
@@ -74,11 +76,11 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
 
     m_selectionBar = new QWidget(m_transcriptPane);
     auto *selectionRow = boxLayout<QHBoxLayout>(m_selectionBar, {4, 0, 4, 8}, 6);
-    m_selectionCount = makeLabel({}, TranscriptStyle::font(13, QFont::Bold), m_selectionBar);
+    m_selectionCount = makeLabel({}, Theme::pixelFont(13, QFont::Bold), m_selectionBar);
     setTextColour(m_selectionCount, QPalette::WindowText, TranscriptStyle::toQColor(Palette::indigo));
     m_clearAll = new QToolButton(m_selectionBar);
     m_clearAll->setText(tr("Clear all"));
-    m_clearAll->setFont(TranscriptStyle::font(12));
+    m_clearAll->setFont(Theme::pixelFont(12));
     m_clearAll->setAutoRaise(true);
     m_clearAll->setCursor(Qt::PointingHandCursor);
     selectionRow->addWidget(m_selectionCount);
@@ -93,7 +95,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     m_rangeOfferBar = new QWidget(m_transcriptPane);
     auto *offerRow = boxLayout<QHBoxLayout>(m_rangeOfferBar, {4, 4, 4, 0}, 6);
     m_acceptRange = new QPushButton(m_rangeOfferBar);
-    m_acceptRange->setIcon(TranscriptStyle::symbol(QStringLiteral("highlighter"), Qt::black, 12));
+    m_acceptRange->setIcon(Icons::symbol(QStringLiteral("highlighter"), Qt::black));
     m_acceptRange->setIconSize(QSize(12, 12));
     m_acceptRange->setCursor(Qt::PointingHandCursor);
     const QColor yellow = TranscriptStyle::toQColor(TranscriptStyle::yellow);
@@ -210,8 +212,8 @@ void TranscriptView::applySecondaryColours()
         setTextColour(label, QPalette::WindowText, secondary);
     setTextColour(m_clearAll, QPalette::ButtonText, secondary);
     m_emptyIcon->setPixmap(
-        TranscriptStyle::symbol(QStringLiteral("text.alignleft"), secondary, 22).pixmap(22, 22));
-    m_dismissRange->setIcon(TranscriptStyle::symbol(QStringLiteral("xmark"), secondary, 10));
+        Icons::pixmap(QStringLiteral("text.alignleft"), 22, secondary, devicePixelRatioF()));
+    m_dismissRange->setIcon(Icons::symbol(QStringLiteral("xmark"), secondary));
 }
 
 void TranscriptView::chipClicked(const QString &segmentId, Qt::KeyboardModifiers modifiers)
@@ -240,7 +242,7 @@ void TranscriptView::openChipMenu(const QString &segmentId, const QPoint &global
                 editSelection([&](SegmentSelection &s) { s.toggleGrade(segmentId, grade); });
             });
         if (grade == currentGrade)
-            action->setIcon(TranscriptStyle::symbol(QStringLiteral("checkmark"), text, 16));
+            action->setIcon(Icons::symbol(QStringLiteral("checkmark"), text));
     }
     m_chipMenu->addSeparator();
     if (selection.isSelected(segmentId)) {
