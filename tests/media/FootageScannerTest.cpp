@@ -114,29 +114,6 @@ private Q_SLOTS:
         m_state = std::make_unique<AppState>(*m_preferences);
     }
 
-    void scanFolderReportsEveryFile()
-    {
-        QStringList lines;
-        const QList<MediaClip> clips = MediaScanner(ToolLocations::platformDefault()).scanFolder(m_root, [&](const QString &line) {
-            lines.append(line);
-        });
-        QCOMPARE(clips.size(), 3);
-        QStringList found = paths(clips);
-        found.sort();
-        QCOMPARE(found, (QStringList{root("A001.mov"), root("deep/er/C.mp4"), root("sub/B.MOV")}));
-        QStringList expected{"Found 3 media files..."};
-        for (int i = 0; i < clips.size(); ++i)
-            expected.append(QStringLiteral("Reading %1/3: %2").arg(i + 1).arg(clips.at(i).filename));
-        expected.append("Scan complete: 3 clips, 2 with timecode");
-        QCOMPARE(lines, expected);
-        for (const MediaClip &c : clips) {
-            QCOMPARE(c.timecode, c.filename == "A001.mov" ? std::optional<QString>("10:00:00:00")
-                                 : c.filename == "B.MOV"  ? std::optional<QString>("10:00:05:00")
-                                                          : std::nullopt);
-            QCOMPARE(c.width, std::optional<int>(64));
-        }
-    }
-
     void scanFolderEdges_data()
     {
         QTest::addColumn<QString>("folder");
@@ -161,32 +138,13 @@ private Q_SLOTS:
             QCOMPARE(clips.first().path, m_second + "/D.mov");
     }
 
-    void scanWithoutFFprobe()
-    {
-        QStringList lines;
-        const QList<MediaClip> clips = MediaScanner(withoutFFprobe(m_dir.path())).scanFolder(m_root, [&](const QString &line) {
-            lines.append(line);
-        });
-        QCOMPARE(clips.size(), 3);
-        QCOMPARE(lines.last(), QStringLiteral("Scan complete: 3 clips, 0 with timecode"));
-        for (const MediaClip &c : clips) {
-            QVERIFY(!c.id.isEmpty());
-            QVERIFY(c.recordingDate);
-            QCOMPARE(c.filename, QFileInfo(c.path).fileName());
-            QVERIFY(!c.timecode && !c.width && !c.height && !c.detectedFps);
-            QCOMPARE(c.duration, 0.0);
-        }
-    }
-
     void mergeDeduplicatesByPath_data()
     {
         QTest::addColumn<QStringList>("existing");
         QTest::addColumn<QStringList>("scanned");
         QTest::addColumn<QStringList>("merged");
-        QTest::newRow("into nothing") << QStringList() << QStringList{"/a", "/b"} << QStringList{"/a", "/b"};
         QTest::newRow("known paths dropped, order kept") << QStringList{"/b"} << QStringList{"/c", "/b", "/a"} << QStringList{"/b", "/c", "/a"};
         QTest::newRow("nothing new") << QStringList{"/a", "/b"} << QStringList{"/b", "/a"} << QStringList{"/a", "/b"};
-        QTest::newRow("nothing scanned") << QStringList{"/a"} << QStringList() << QStringList{"/a"};
     }
 
     void mergeDeduplicatesByPath()
@@ -227,14 +185,6 @@ private Q_SLOTS:
         mergeScannedClips(*m_state, {}, true);
         QVERIFY(!m_state->isScanning());
         QCOMPARE(sessionsChanged.size(), 2); // re-matched although nothing was added
-    }
-
-    void mergeClearsAVanishedSelection()
-    {
-        m_state->setSessions({session("s1", {"10:00:02:00"})});
-        m_state->setSelectedSession(session("deleted", {"10:00:02:00"}));
-        mergeScannedClips(*m_state, {clip("/new.mov", "10:00:00:00")}, true);
-        QVERIFY(!m_state->selectedSession());
     }
 
     void userScanRunsBesideTheGuiThread()

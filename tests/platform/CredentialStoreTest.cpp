@@ -14,11 +14,6 @@ private Q_SLOTS:
     void init() { m_store.remove(); }
     void cleanupTestCase() { m_store.remove(); }
 
-    void defaultsToTheApplicationsItem()
-    {
-        QCOMPARE(CredentialStore().service(), QStringLiteral("io.vorlix.sync"));
-    }
-
     void writeThenRead_data()
     {
         QTest::addColumn<QString>("text");
@@ -32,13 +27,6 @@ private Q_SLOTS:
         QFETCH(QString, text);
         m_store.write(text);
         QCOMPARE(m_store.read(), std::optional(text));
-    }
-
-    void secondWriteReplacesTheFirst()
-    {
-        m_store.write(QStringLiteral("sid=first"));
-        m_store.write(QStringLiteral("sid=second"));
-        QCOMPARE(m_store.read(), std::optional(QStringLiteral("sid=second")));
     }
 
     void readAfterDeleteGivesNothing()

@@ -100,9 +100,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("service");
         QTest::addColumn<QString>("merged");
         QTest::newRow("default title takes the service's") << "Shoot session" << "Harbour" << "Harbour";
-        QTest::newRow("empty title takes the service's") << "" << "Harbour" << "Harbour";
         QTest::newRow("own title kept over a new one") << "My cut" << "Harbour" << "My cut";
-        QTest::newRow("own title kept over the default") << "My cut" << "Shoot session" << "My cut";
         QTest::newRow("default with a space is the user's") << "Shoot session " << "Harbour" << "Shoot session ";
     }
 
@@ -133,16 +131,6 @@ private Q_SLOTS:
         QCOMPARE(merged.fps, 50);
         QCOMPARE(merged.matchedClips.size(), 1);
         QCOMPARE(merged.transcriptSegments.size(), 1);
-    }
-
-    void mergingTwiceIsMergingOnce()
-    {
-        const QList<ShootSession> current{session("a", "Shoot session", 1), session("x", "Local", 4)};
-        const QList<ShootSession> fetched{session("a", "A", 1), session("b", "B", 2)};
-        const QList<ShootSession> once = SessionSync::merge(current, fetched, {});
-        const QList<ShootSession> twice = SessionSync::merge(once, fetched, {});
-        QCOMPARE(ids(twice), ids(once));
-        QCOMPARE(titlesOf(twice), titlesOf(once));
     }
 
     // Applying an answer: merged sessions, then their matches, then the selection — and one
