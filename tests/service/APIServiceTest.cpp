@@ -146,35 +146,51 @@ private Q_SLOTS:
         QCOMPARE(server.seen()[2].header("Cookie"), std::nullopt);
     }
 
-    void sessionsAnswers_data()
+    // The two downloads: status, mapping and parse errors; `found` lists session tokens or
+    // segment texts in their order.
+    void downloadAnswers_data()
     {
+        QTest::addColumn<bool>("transcript");
         QTest::addColumn<HttpAnswer>("reply");
         QTest::addColumn<QString>("error");
-        QTest::addColumn<QStringList>("tokens");
-        QTest::newRow("mapped in order")
-            << answer(200, R"({"sessions": [{"share_token": "b"}, {"title": "x"}, {"share_token": "a"}]})") << "" << QStringList{"b", "a"};
-        QTest::newRow("expired login") << answer(401, R"({"sessions": [{"share_token": "a"}]})") << "Server returned status 401" << QStringList();
-        QTest::newRow("server error, not JSON") << answer(502, "<html>") << "Server returned status 502" << QStringList();
-        QTest::newRow("sessions not an array") << answer(200, R"({"sessions": "a"})") << "" << QStringList();
-        QTest::newRow("top level is an array") << answer(200, R"([{"sessions": [{"share_token": "a"}]}])") << "" << QStringList();
-        QTest::newRow("top level is a string") << answer(200, R"("sessions")")
+        QTest::addColumn<QStringList>("found");
+        QTest::newRow("sessions mapped in order")
+            << false << answer(200, R"({"sessions": [{"share_token": "b"}, {"title": "x"}, {"share_token": "a"}]})") << "" << QStringList{"b", "a"};
+        QTest::newRow("expired login") << false << answer(401, R"({"sessions": [{"share_token": "a"}]})") << "Server returned status 401" << QStringList();
+        QTest::newRow("server error, not JSON") << false << answer(502, "<html>") << "Server returned status 502" << QStringList();
+        QTest::newRow("sessions not an array") << false << answer(200, R"({"sessions": "a"})") << "" << QStringList();
+        QTest::newRow("top level is an array") << false << answer(200, R"([{"sessions": [{"share_token": "a"}]}])") << "" << QStringList();
+        QTest::newRow("top level is a string") << false << answer(200, R"("sessions")")
                                                << "The server's answer is not valid JSON (illegal value)." << QStringList();
+        QTest::newRow("segments") << true << answer(200, R"({"ok": true, "segments": [{"text": "a"}, {"text": "b"}]})") << "" << QStringList{"a", "b"};
+        QTest::newRow("ok false") << true << answer(200, R"({"ok": false, "segments": [{}]})") << "" << QStringList();
+        QTest::newRow("no segments") << true << answer(200, R"({"ok": true})") << "" << QStringList();
+        QTest::newRow("transcript not found")
+            << true << answer(404, R"({"ok": true, "segments": [{}]})") << "Transcript fetch failed with status 404" << QStringList();
     }
 
-    void sessionsAnswers()
+    void downloadAnswers()
     {
+        QFETCH(bool, transcript);
         QFETCH(HttpAnswer, reply);
         QFETCH(QString, error);
-        QFETCH(QStringList, tokens);
+        QFETCH(QStringList, found);
         ScriptedServer server(reply);
         APIService api(server.url(), testCredentials);
-        const auto outcome = await(api.fetchShootSessions());
-        QCOMPARE(outcome.error ? outcome.errorText() : QString(), error);
         QStringList seen;
-        for (const ShootSession &session : outcome.value.value_or(QList<ShootSession>()))
-            seen.append(session.id);
-        QCOMPARE(seen, tokens);
-        QCOMPARE(server.seen().first().path, QStringLiteral("/api/shoot/sessions"));
+        if (transcript) {
+            const auto outcome = await(api.fetchTranscript(QStringLiteral("tok")));
+            QCOMPARE(outcome.error ? outcome.errorText() : QString(), error);
+            for (const TranscriptSegment &segment : outcome.value.value_or(QList<TranscriptSegment>()))
+                seen.append(segment.text);
+        } else {
+            const auto outcome = await(api.fetchShootSessions());
+            QCOMPARE(outcome.error ? outcome.errorText() : QString(), error);
+            for (const ShootSession &session : outcome.value.value_or(QList<ShootSession>()))
+                seen.append(session.id);
+            QCOMPARE(server.seen().first().path, QStringLiteral("/api/shoot/sessions"));
+        }
+        QCOMPARE(seen, found);
     }
 
     void bodyNotJsonRaisesTheParserError_data()
@@ -211,29 +227,6 @@ private Q_SLOTS:
         QVERIFY(outcome.value);
         QCOMPARE(outcome.value->size(), 10000);
         QCOMPARE(outcome.value->last().markers.size(), 20);
-    }
-
-    void transcriptAnswers_data()
-    {
-        QTest::addColumn<HttpAnswer>("reply");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<int>("count");
-        QTest::newRow("segments") << answer(200, R"({"ok": true, "segments": [{"text": "a"}, {"text": "b"}]})") << "" << 2;
-        QTest::newRow("ok false") << answer(200, R"({"ok": false, "segments": [{}]})") << "" << 0;
-        QTest::newRow("no segments") << answer(200, R"({"ok": true})") << "" << 0;
-        QTest::newRow("not found") << answer(404, R"({"ok": true, "segments": [{}]})") << "Transcript fetch failed with status 404" << 0;
-    }
-
-    void transcriptAnswers()
-    {
-        QFETCH(HttpAnswer, reply);
-        QFETCH(QString, error);
-        QFETCH(int, count);
-        ScriptedServer server(reply);
-        APIService api(server.url(), testCredentials);
-        const auto outcome = await(api.fetchTranscript(QStringLiteral("tok")));
-        QCOMPARE(outcome.error ? outcome.errorText() : QString(), error);
-        QCOMPARE(outcome.value.value_or(QList<TranscriptSegment>()).size(), count);
     }
 
     void transcriptTokenIsPercentEncoded_data()
