@@ -46,7 +46,6 @@ private Q_SLOTS:
         QTest::addColumn<OptionalText>("expected");
         QTest::addColumn<OptionalText>("formatOnly");
         const OptionalText none;
-        QTest::newRow("format") << QByteArray(R"({"format":{"tags":{"timecode":"01:00:00:00"}}})") << OptionalText("01:00:00:00") << OptionalText("01:00:00:00");
         QTest::newRow("format wins over stream")
             << QByteArray(R"({"streams":[{"tags":{"timecode":"02:00:00:00"}}],"format":{"tags":{"timecode":"01:00:00:00"}}})")
             << OptionalText("01:00:00:00") << OptionalText("01:00:00:00");

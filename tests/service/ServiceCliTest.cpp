@@ -28,14 +28,6 @@ private Q_SLOTS:
         runCli(withService({"logout"}));
     }
 
-    void signedOut()
-    {
-        const CliResult result = runCli(withService({"sessions"}));
-        QCOMPARE(result.exitCode, 1);
-        QCOMPARE(result.err, QByteArray("Server returned status 401\n"));
-        QVERIFY(result.out.isEmpty());
-    }
-
     void wholeRound()
     {
         CliResult result = runCli(withService({"login", "--email", "editor@example.org"}));
