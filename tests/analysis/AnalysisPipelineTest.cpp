@@ -8,7 +8,6 @@
 #include "service/ServiceTestSupport.h"
 #include "state/AppState.h"
 
-#include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>

@@ -2,8 +2,6 @@
 
 #include "media/MediaScanner.h"
 
-#include <QCoro/QCoroFuture>
-#include <QCoro/QCoroTask>
 #include <QTemporaryDir>
 #include <QTest>
 
