@@ -8,7 +8,6 @@
 #include "service/ServiceTestSupport.h"
 #include "state/AppState.h"
 
-#include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -98,32 +97,11 @@ private Q_SLOTS:
         QCOMPARE(Analysis::frameTimesFromLog(log), times);
     }
 
-    void frameTimecode_data()
-    {
-        QTest::addColumn<OptionalText>("start");
-        QTest::addColumn<double>("seconds");
-        QTest::addColumn<int>("fps");
-        QTest::addColumn<QString>("timecode");
-        QTest::newRow("no timecode, first frame") << OptionalText() << 0.0 << 25 << "00:00:00:00";
-        QTest::newRow("start plus pts") << OptionalText("10:00:00:00") << 12.5 << 25 << "10:00:12:12";
-        QTest::newRow("start frames count") << OptionalText("01:00:00:10") << 1.0 << 25 << "01:00:01:10";
-        QTest::newRow("too few fields count as zero") << OptionalText("10:00") << 2.0 << 30 << "00:00:02:00";
-    }
-
+    // Whole frames after the start timecode; a start with too few fields counts as zero.
     void frameTimecode()
     {
-        QFETCH(OptionalText, start);
-        QFETCH(double, seconds);
-        QFETCH(int, fps);
-        QFETCH(QString, timecode);
-        QCOMPARE(Analysis::frameTimecode(start, seconds, fps), timecode);
-    }
-
-    void texts()
-    {
-        QCOMPARE(Analysis::preparingText(1), QStringLiteral("Preparing 1 file..."));
-        QCOMPARE(Analysis::preparingText(3), QStringLiteral("Preparing 3 files..."));
-        QCOMPARE(Analysis::summaryLine("A001.mov", 2, 4, 300), QStringLiteral("A001.mov: 2 audio + 4 visual markers (300 words)"));
+        QCOMPARE(Analysis::frameTimecode(OptionalText("10:00:00:00"), 12.5, 25), QStringLiteral("10:00:12:12"));
+        QCOMPARE(Analysis::frameTimecode(OptionalText("10:00"), 2.0, 30), QStringLiteral("00:00:02:00"));
     }
 
     // Folders are walked with hidden entries; chosen files are kept only with a media extension.
@@ -154,29 +132,6 @@ private Q_SLOTS:
         QVERIFY(!analyseFootageFromScratch(*state, {url("readme.md")}, center));
         QCOMPARE(posted.count(), 0);
         QVERIFY(state->sessions().isEmpty());
-    }
-
-    void framesGoInBatchesOfTwenty()
-    {
-        ShootSession session;
-        session.shareToken = QStringLiteral("T");
-        session.fps = 30;
-        QJsonArray records;
-        for (int k = 0; k < 45; ++k)
-            records.append(QJsonObject{{"base64", "AA=="}, {"timecode", Analysis::frameTimecode({}, k, 30)}});
-        const QList<QByteArray> bodies = Analysis::frameRequestBodies(session, QStringLiteral("A.mov"), records);
-        QList<qsizetype> sizes;
-        for (const QByteArray &body : bodies) {
-            const QJsonObject object = QJsonDocument::fromJson(body).object();
-            QCOMPARE(object.keys(), (QStringList{"filename", "fps", "frames", "sessionToken"}));
-            QCOMPARE(object.value("sessionToken").toString(), QStringLiteral("T"));
-            QCOMPARE(object.value("fps").toInt(), 30);
-            sizes.append(object.value("frames").toArray().size());
-        }
-        QCOMPARE(sizes, (QList<qsizetype>{20, 20, 5}));
-        QCOMPARE(QJsonDocument::fromJson(bodies.last()).object().value("frames").toArray().first().toObject().value("timecode").toString(),
-                 QStringLiteral("00:00:40:00"));
-        QVERIFY(Analysis::frameRequestBodies(session, QStringLiteral("A.mov"), {}).isEmpty());
     }
 
     // Two files from scratch against the stand-in: the request waits for the session's screen,

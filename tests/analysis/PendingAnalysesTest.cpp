@@ -55,7 +55,6 @@ private Q_SLOTS:
         const QVariant id = QStringLiteral("S1");
         QTest::newRow("other name") << Notifications::syncNow << request(urls({"/f/a.mov"}), id);
         QTest::newRow("no session id") << Notifications::analyseFiles << QVariantMap{{"files", urls({"/f/a.mov"})}};
-        QTest::newRow("session id not text") << Notifications::analyseFiles << request(urls({"/f/a.mov"}), 7);
         QTest::newRow("files not a list") << Notifications::analyseFiles << request(QUrl::fromLocalFile("/f/a.mov"), id);
         QTest::newRow("paths instead of URLs") << Notifications::analyseFiles << request(QStringList{"/f/a.mov"}, id);
     }

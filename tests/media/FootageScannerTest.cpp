@@ -14,18 +14,15 @@ using namespace MediaFixtures;
 
 namespace {
 
-ShootSession session(const QString &id, const QStringList &timecodes)
+ShootSession session(const QString &id, const QString &timecode)
 {
     ShootSession s;
-    s.id = s.shareToken = id;
-    s.title = id;
-    for (const QString &tc : timecodes) {
-        ShootMarker marker;
-        marker.id = id + tc;
-        marker.markerType = QStringLiteral("log");
-        marker.timecode = tc;
-        s.markers.append(marker);
-    }
+    s.id = s.shareToken = s.title = id;
+    ShootMarker marker;
+    marker.id = id + timecode;
+    marker.markerType = QStringLiteral("log");
+    marker.timecode = timecode;
+    s.markers.append(marker);
     return s;
 }
 
@@ -43,25 +40,16 @@ MediaClip clip(const QString &path, const QString &timecode)
 // The two sessions of the footage: one around the 10:00 clips, one at the 12:00 clip.
 QList<ShootSession> twoSessions()
 {
-    return {session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"})};
+    return {session("s1", "10:00:02:00"), session("s2", "12:00:00:00")};
 }
 
-QStringList field(const QList<MediaClip> &clips, QString MediaClip::*member)
+// The paths of these clips, or another of their texts.
+QStringList paths(const QList<MediaClip> &clips, QString MediaClip::*member = &MediaClip::path)
 {
     QStringList result;
     for (const MediaClip &c : clips)
         result.append(c.*member);
     return result;
-}
-
-QStringList paths(const QList<MediaClip> &clips)
-{
-    return field(clips, &MediaClip::path);
-}
-
-QStringList filenames(const QList<MediaClip> &clips)
-{
-    return field(clips, &MediaClip::filename);
 }
 
 } // namespace
@@ -114,29 +102,6 @@ private Q_SLOTS:
         m_state = std::make_unique<AppState>(*m_preferences);
     }
 
-    void scanFolderReportsEveryFile()
-    {
-        QStringList lines;
-        const QList<MediaClip> clips = MediaScanner(ToolLocations::platformDefault()).scanFolder(m_root, [&](const QString &line) {
-            lines.append(line);
-        });
-        QCOMPARE(clips.size(), 3);
-        QStringList found = paths(clips);
-        found.sort();
-        QCOMPARE(found, (QStringList{root("A001.mov"), root("deep/er/C.mp4"), root("sub/B.MOV")}));
-        QStringList expected{"Found 3 media files..."};
-        for (int i = 0; i < clips.size(); ++i)
-            expected.append(QStringLiteral("Reading %1/3: %2").arg(i + 1).arg(clips.at(i).filename));
-        expected.append("Scan complete: 3 clips, 2 with timecode");
-        QCOMPARE(lines, expected);
-        for (const MediaClip &c : clips) {
-            QCOMPARE(c.timecode, c.filename == "A001.mov" ? std::optional<QString>("10:00:00:00")
-                                 : c.filename == "B.MOV"  ? std::optional<QString>("10:00:05:00")
-                                                          : std::nullopt);
-            QCOMPARE(c.width, std::optional<int>(64));
-        }
-    }
-
     void scanFolderEdges_data()
     {
         QTest::addColumn<QString>("folder");
@@ -161,80 +126,17 @@ private Q_SLOTS:
             QCOMPARE(clips.first().path, m_second + "/D.mov");
     }
 
-    void scanWithoutFFprobe()
-    {
-        QStringList lines;
-        const QList<MediaClip> clips = MediaScanner(withoutFFprobe(m_dir.path())).scanFolder(m_root, [&](const QString &line) {
-            lines.append(line);
-        });
-        QCOMPARE(clips.size(), 3);
-        QCOMPARE(lines.last(), QStringLiteral("Scan complete: 3 clips, 0 with timecode"));
-        for (const MediaClip &c : clips) {
-            QVERIFY(!c.id.isEmpty());
-            QVERIFY(c.recordingDate);
-            QCOMPARE(c.filename, QFileInfo(c.path).fileName());
-            QVERIFY(!c.timecode && !c.width && !c.height && !c.detectedFps);
-            QCOMPARE(c.duration, 0.0);
-        }
-    }
-
-    void mergeDeduplicatesByPath_data()
-    {
-        QTest::addColumn<QStringList>("existing");
-        QTest::addColumn<QStringList>("scanned");
-        QTest::addColumn<QStringList>("merged");
-        QTest::newRow("into nothing") << QStringList() << QStringList{"/a", "/b"} << QStringList{"/a", "/b"};
-        QTest::newRow("known paths dropped, order kept") << QStringList{"/b"} << QStringList{"/c", "/b", "/a"} << QStringList{"/b", "/c", "/a"};
-        QTest::newRow("nothing new") << QStringList{"/a", "/b"} << QStringList{"/b", "/a"} << QStringList{"/a", "/b"};
-        QTest::newRow("nothing scanned") << QStringList{"/a"} << QStringList() << QStringList{"/a"};
-    }
-
+    // Known paths are dropped from a scan; the clips already known stay first, the same records.
     void mergeDeduplicatesByPath()
     {
-        QFETCH(QStringList, existing);
-        QFETCH(QStringList, scanned);
-        QFETCH(QStringList, merged);
-        QList<MediaClip> before, scan;
-        for (const QString &path : existing)
-            before.append(clip(path, "10:00:00:00"));
-        for (const QString &path : scanned)
+        QList<MediaClip> before{clip("/b", "10:00:00:00"), clip("/a", "10:00:00:00")}, scan;
+        for (const char *path : {"/c", "/a", "/d", "/b"})
             scan.append(clip(path, "10:00:00:00"));
         m_state->setClips(before);
         mergeScannedClips(*m_state, scan, false);
-        QCOMPARE(paths(m_state->clips()), merged);
-        // The clips already known stay the same records.
+        QCOMPARE(paths(m_state->clips()), (QStringList{"/b", "/a", "/c", "/d"}));
         for (qsizetype i = 0; i < before.size(); ++i)
             QCOMPARE(m_state->clips().at(i).id, before.at(i).id);
-    }
-
-    void mergeRematchesEverySession()
-    {
-        m_state->setClips({clip("/old.mov", "12:00:00:00")});
-        m_state->setSessions({session("s1", {"10:00:02:00"}), session("s2", {"12:00:00:00"}), session("empty", {})});
-        m_state->setSelectedSession(session("s2", {"12:00:00:00"}));
-        m_state->setScanning(true);
-        QSignalSpy sessionsChanged(m_state.get(), &AppState::sessionsChanged);
-
-        mergeScannedClips(*m_state, {clip("/new.mov", "10:00:00:00")}, false);
-        QVERIFY(m_state->isScanning()); // only the user's own scan ends it
-        QCOMPARE(sessionsChanged.size(), 1);
-        QCOMPARE(paths(m_state->sessions().at(0).matchedClips), QStringList{"/new.mov"});
-        // Clips from earlier scans are matched too.
-        QCOMPARE(paths(m_state->sessions().at(1).matchedClips), QStringList{"/old.mov"});
-        QVERIFY(m_state->sessions().at(2).matchedClips.isEmpty());
-        QCOMPARE(paths(m_state->selectedSession()->matchedClips), QStringList{"/old.mov"});
-
-        mergeScannedClips(*m_state, {}, true);
-        QVERIFY(!m_state->isScanning());
-        QCOMPARE(sessionsChanged.size(), 2); // re-matched although nothing was added
-    }
-
-    void mergeClearsAVanishedSelection()
-    {
-        m_state->setSessions({session("s1", {"10:00:02:00"})});
-        m_state->setSelectedSession(session("deleted", {"10:00:02:00"}));
-        mergeScannedClips(*m_state, {clip("/new.mov", "10:00:00:00")}, true);
-        QVERIFY(!m_state->selectedSession());
     }
 
     void userScanRunsBesideTheGuiThread()
@@ -276,9 +178,9 @@ private Q_SLOTS:
         QCOMPARE(lines.first(), QStringLiteral("Found 3 media files..."));
         QCOMPARE(lines.last(), QStringLiteral("Scan complete: 3 clips, 2 with timecode"));
         QCOMPARE(m_state->clips().size(), 3);
-        QStringList matched = filenames(m_state->sessions().first().matchedClips);
+        QStringList matched = paths(m_state->sessions().first().matchedClips, &MediaClip::filename);
         QCOMPARE(matched, (QStringList{"A001.mov", "B.MOV"})); // ordered by timecode
-        QCOMPARE(filenames(m_state->selectedSession()->matchedClips), matched);
+        QCOMPARE(paths(m_state->selectedSession()->matchedClips, &MediaClip::filename), matched);
 
         // The same folder again: nothing new, the folder is not saved twice, every session is
         // matched again, and the last line counts this scan's files.
@@ -306,7 +208,7 @@ private Q_SLOTS:
         m_state->setSessions({m_state->sessions().at(1)});
         QVERIFY(merged.wait(60000));
         QVERIFY(!m_state->selectedSession());
-        QCOMPARE(filenames(m_state->sessions().first().matchedClips), QStringList{"D.mov"});
+        QCOMPARE(paths(m_state->sessions().first().matchedClips, &MediaClip::filename), QStringList{"D.mov"});
     }
 
     void rescanOfSavedFolders()
@@ -329,8 +231,8 @@ private Q_SLOTS:
         QCOMPARE(mergedFolders, folders);
         QCOMPARE(scanning.size(), 0);
         QCOMPARE(m_state->clips().size(), 4);
-        QCOMPARE(filenames(m_state->sessions().at(0).matchedClips), (QStringList{"A001.mov", "B.MOV"}));
-        QCOMPARE(filenames(m_state->sessions().at(1).matchedClips), QStringList{"D.mov"});
+        QCOMPARE(paths(m_state->sessions().at(0).matchedClips, &MediaClip::filename), (QStringList{"A001.mov", "B.MOV"}));
+        QCOMPARE(paths(m_state->sessions().at(1).matchedClips, &MediaClip::filename), QStringList{"D.mov"});
         QVERIFY(m_state->scanProgress().startsWith("Scan complete: "));
     }
 

@@ -38,12 +38,8 @@ private Q_SLOTS:
         QTest::newRow("offset without colon") << "2024-05-01T11:30:00+0200" << nine;
         QTest::newRow("fractional seconds") << "2024-05-01T09:30:00.250Z" << QDateTime();
         QTest::newRow("no zone") << "2024-05-01T09:30:00" << QDateTime();
-        QTest::newRow("no seconds") << "2024-05-01T09:30Z" << QDateTime();
-        QTest::newRow("space for T") << "2024-05-01 09:30:00Z" << QDateTime();
         QTest::newRow("day out of range") << "2024-02-30T09:30:00Z" << QDateTime();
-        QTest::newRow("hour out of range") << "2024-05-01T24:00:00Z" << QDateTime();
         QTest::newRow("trailing text") << "2024-05-01T09:30:00Z " << QDateTime();
-        QTest::newRow("empty") << "" << QDateTime();
     }
 
     void internetDates()
@@ -113,8 +109,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("id"); // empty: a fresh UUID
         QTest::newRow("utterance id") << QByteArray(R"({"utterance_id": "u1", "id": 3})") << "u1";
         QTest::newRow("empty utterance id, integer id") << QByteArray(R"({"utterance_id": "", "id": 17})") << "17";
-        QTest::newRow("integral double") << QByteArray(R"({"id": 17.0})") << "17";
-        QTest::newRow("negative") << QByteArray(R"({"id": -4})") << "-4";
         QTest::newRow("fractional id") << QByteArray(R"({"id": 17.5})") << "";
         QTest::newRow("id as text") << QByteArray(R"({"id": "17"})") << "";
         QTest::newRow("utterance id not text") << QByteArray(R"({"utterance_id": 5})") << "";
@@ -155,15 +149,6 @@ private Q_SLOTS:
         QVERIFY2(!wrong.wordTimings, "one bad entry voids the whole field");
     }
 
-    void loginResult()
-    {
-        QCOMPARE(ServiceJson::loginResultFromAnswer(object(R"({"user": {"name": "Ana"}})"), "typed@x.org"),
-                 (LoginResult{"Ana", "typed@x.org"}));
-        QCOMPARE(ServiceJson::loginResultFromAnswer(object(R"({"user": {"name": "A", "email": "e@x.org"}})"), "t@x.org"),
-                 (LoginResult{"A", "e@x.org"}));
-        QCOMPARE(ServiceJson::loginResultFromAnswer(object(R"({"user": ["Ana"]})"), "t@x.org"), (LoginResult{"", "t@x.org"}));
-    }
-
     // Random answers shaped like the service's, every key holding the expected type most of the
     // time and anything else otherwise: the mappings must give records that keep their
     // invariants, whatever arrives.
@@ -200,78 +185,46 @@ private Q_SLOTS:
     }
 
 private:
+    // Values following the service's shape, written as a schema: objects list their keys, an
+    // array holds its element's schema, strings name the kind of leaf.
     class RandomAnswers
     {
     public:
         explicit RandomAnswers(quint32 seed) : m_random(seed) {}
 
-        QJsonObject answer()
-        {
-            return record({{"ok", [&] { return QJsonValue(m_random.bounded(4) != 0); }},
-                           {"sessions", [&] { return array([&] { return session(); }); }},
-                           {"segments", [&] { return array([&] { return segment(); }); }},
-                           {"sid", [&] { return text(); }},
-                           {"user", [&] { return QJsonValue(record({{"name", [&] { return text(); }}, {"email", [&] { return text(); }}})); }},
-                           {"error", [&] { return text(); }},
-                           {"message", [&] { return text(); }}});
-        }
+        QJsonObject answer() { return make(QJsonDocument::fromJson(R"({"ok": "bool", "sid": "text", "error": "text",
+            "message": "text", "user": {"name": "text", "email": "text"},
+            "sessions": [{"share_token": "text", "title": "text", "created_at": "date", "markers": [{"id": "text",
+                "marker_type": "text", "timecode": "text", "timecode_out": "text", "summary": "text", "quote": "text",
+                "transcript_window": "text", "manual_note": "text", "created_at": "date"}]}],
+            "segments": [{"utterance_id": "text", "id": "number", "speaker": "text", "text": "text", "timecode": "text",
+                "highlighted": "bool", "word_timings": [{"start": "number", "end": "number"}]}]})").object()).toObject(); }
 
     private:
-        using Field = std::pair<const char *, std::function<QJsonValue()>>;
-
-        // Each field is present half the time; three times in four it holds its own type.
-        QJsonObject record(const QList<Field> &fields)
+        // Each key is present three times in four and then holds its own kind three times in
+        // four; arrays have up to five elements, one in thirty of any kind.
+        QJsonValue make(const QJsonValue &schema)
         {
-            QJsonObject object;
-            for (const auto &[key, make] : fields) {
-                if (m_random.bounded(2))
-                    object.insert(QLatin1String(key), m_random.bounded(4) ? make() : anything(2));
+            if (schema.isObject()) {
+                QJsonObject object;
+                const QJsonObject fields = schema.toObject();
+                for (auto it = fields.begin(); it != fields.end(); ++it) {
+                    if (m_random.bounded(4))
+                        object.insert(it.key(), m_random.bounded(4) ? make(it.value()) : anything(2));
+                }
+                return object;
             }
-            return object;
-        }
-
-        QJsonValue array(const std::function<QJsonValue()> &element)
-        {
-            QJsonArray values;
-            for (int i = int(m_random.bounded(6)); i > 0; --i)
-                values.append(m_random.bounded(30) ? element() : anything(1));
-            return values;
-        }
-
-        QJsonValue session()
-        {
-            return record({{"share_token", [&] { return text(); }},
-                           {"share_token", [&] { return text(); }},
-                           {"title", [&] { return text(); }},
-                           {"created_at", [&] { return date(); }},
-                           {"markers", [&] { return array([&] { return marker(); }); }},
-                           {"markers", [&] { return array([&] { return marker(); }); }}});
-        }
-
-        QJsonValue marker()
-        {
-            QList<Field> fields;
-            for (const char *key : {"id", "marker_type", "timecode", "timecode_out", "summary", "quote",
-                                    "transcript_window", "manual_note"})
-                fields.append({key, [&] { return text(); }});
-            fields.append({"created_at", [&] { return date(); }});
-            return record(fields);
-        }
-
-        QJsonValue segment()
-        {
-            return record({{"utterance_id", [&] { return m_random.bounded(3) ? text() : QJsonValue(QString()); }},
-                           {"id", [&] { return QJsonValue(double(m_random.bounded(1000)) / (m_random.bounded(4) ? 1 : 8)); }},
-                           {"speaker", [&] { return text(); }},
-                           {"text", [&] { return text(); }},
-                           {"timecode", [&] { return text(); }},
-                           {"highlighted", [&] { return QJsonValue(m_random.bounded(2) == 1); }},
-                           {"word_timings", [&] {
-                                return array([&] {
-                                    return QJsonValue(QJsonObject{{"start", m_random.generateDouble()},
-                                                                  {"end", m_random.bounded(20) ? QJsonValue(1.0) : text()}});
-                                });
-                            }}});
+            if (schema.isArray()) {
+                QJsonArray values;
+                for (int i = int(m_random.bounded(6)); i > 0; --i)
+                    values.append(m_random.bounded(30) ? make(schema.toArray().first()) : anything(1));
+                return values;
+            }
+            if (schema.toString() == u"bool")
+                return m_random.bounded(2) == 1;
+            if (schema.toString() == u"number")
+                return double(m_random.bounded(1000)) / (m_random.bounded(4) ? 1 : 8);
+            return schema.toString() == u"date" ? date() : text();
         }
 
         QJsonValue text()

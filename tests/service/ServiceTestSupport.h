@@ -44,10 +44,6 @@ public:
     }
 
     QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
-    void answerWith(const HttpAnswer &answer)
-    {
-        m_answer = [answer](const SeenRequest &) { return answer; };
-    }
     const QList<SeenRequest> &seen() const { return m_seen; }
 
 protected:
