@@ -31,15 +31,6 @@ namespace {
 
 const QString loginCode = QStringLiteral("314159");
 
-QPushButton *buttonWithText(QWidget *root, const QString &text)
-{
-    for (QPushButton *button : root->findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    return nullptr;
-}
-
 // The analysis button's text each time it turns disabled or enabled again.
 class EnabledWatcher : public QObject
 {
@@ -79,10 +70,10 @@ class ServiceScreensTest : public QObject
         QLineEdit *email = login->findChildren<QLineEdit *>().at(0);
         QLineEdit *codeField = login->findChildren<QLineEdit *>().at(1);
         QTest::keyClicks(email, QStringLiteral("editor@example.com"));
-        QTest::mouseClick(buttonWithText(login, QStringLiteral("Send login code")), Qt::LeftButton);
+        QTest::mouseClick(withText(login, QStringLiteral("Send login code")), Qt::LeftButton);
         QTRY_VERIFY(login->codeSent());
         QTest::keyClicks(codeField, code);
-        QTest::mouseClick(buttonWithText(login, QStringLiteral("Log in")), Qt::LeftButton);
+        QTest::mouseClick(withText(login, QStringLiteral("Log in")), Qt::LeftButton);
         QTRY_VERIFY(!login->loading());
     }
 
@@ -127,7 +118,7 @@ private Q_SLOTS:
         QLineEdit *codeField = login->findChildren<QLineEdit *>().at(1);
         QCOMPARE(codeField->text(), QStringLiteral("000000"));
         codeField->setText(loginCode);
-        QTest::mouseClick(buttonWithText(login, QStringLiteral("Log in")), Qt::LeftButton);
+        QTest::mouseClick(withText(login, QStringLiteral("Log in")), Qt::LeftButton);
         QTRY_VERIFY(state().isLoggedIn());
         QCOMPARE(state().userEmail(), QStringLiteral("editor@example.com"));
         QCOMPARE(state().userName(), QStringLiteral("Demo Editor"));

@@ -7,6 +7,7 @@
 #include "ui/ShellBackend.h"
 #include "ui/Theme.h"
 
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <deque>
 #include <memory>
@@ -28,13 +29,21 @@ public:
     std::deque<QList<QUrl>> fileAnswers; // empty list: the panel is cancelled
     QList<OpenRequest> openRequests;
 
+    // The next scripted answer; with none left the panel is cancelled.
+    template <typename T>
+    static T next(std::deque<T> &answers)
+    {
+        T answer{};
+        if (!answers.empty()) {
+            std::swap(answer, answers.front());
+            answers.pop_front();
+        }
+        return answer;
+    }
+
     void chooseFolder(const QString &, std::function<void(const QString &)> onChosen) override
     {
-        if (folderAnswers.empty())
-            return;
-        const std::optional<QString> answer = folderAnswers.front();
-        folderAnswers.pop_front();
-        if (answer)
+        if (const std::optional<QString> answer = next(folderAnswers))
             onChosen(*answer);
     }
     void confirm(const Confirmation &question, std::function<void()> onConfirmed) override
@@ -47,11 +56,7 @@ public:
     void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
     {
         saveRequests.append(request);
-        if (saveAnswers.empty())
-            return;
-        const std::optional<QString> answer = saveAnswers.front();
-        saveAnswers.pop_front();
-        if (answer)
+        if (const std::optional<QString> answer = next(saveAnswers))
             onChosen(*answer);
     }
     void inform(const Notice &notice, std::function<void()> onPrimary) override
@@ -63,14 +68,20 @@ public:
     void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &)> onChosen) override
     {
         openRequests.append(request);
-        if (fileAnswers.empty())
-            return;
-        const QList<QUrl> answer = fileAnswers.front();
-        fileAnswers.pop_front();
-        if (!answer.isEmpty())
+        if (const QList<QUrl> answer = next(fileAnswers); !answer.isEmpty())
             onChosen(answer);
     }
 };
+
+template <typename Widget = QPushButton>
+Widget *withText(const QWidget *root, const QString &text)
+{
+    for (Widget *widget : root->findChildren<Widget *>()) {
+        if (widget->text() == text)
+            return widget;
+    }
+    return nullptr;
+}
 
 inline ShootSession makeSession(const QString &id, const QString &title, const QDateTime &createdAt)
 {

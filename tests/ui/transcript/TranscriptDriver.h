@@ -13,6 +13,28 @@
 // context menu, the range offer and the selection bar's buttons.
 namespace TranscriptDriver {
 
+struct Line {
+    const char *id;
+    const char *speaker;
+    const char *text;
+};
+
+// One utterance every three seconds from 10:00:03:00.
+inline QList<TranscriptSegment> transcript(std::initializer_list<Line> lines)
+{
+    QList<TranscriptSegment> segments;
+    int second = 0;
+    for (const Line &line : lines) {
+        TranscriptSegment s;
+        s.id = QString::fromUtf8(line.id);
+        s.speaker = QString::fromUtf8(line.speaker);
+        s.text = QString::fromUtf8(line.text);
+        s.timecode = QStringLiteral("10:00:%1:00").arg(second += 3, 2, 10, QChar(u'0'));
+        segments.append(s);
+    }
+    return segments;
+}
+
 inline SpeakerRunView *runOf(const QWidget *root, const QString &segmentId)
 {
     for (SpeakerRunView *run : root->findChildren<SpeakerRunView *>()) {
