@@ -1,5 +1,6 @@
-// The screens on the real service client, credential store, sync and footage scanner: a
-// stand-in of the service on loopback, the session keyring, ffprobe on clips made here.
+// The screens on the real service client, credential store, sync and analysis: a stand-in of
+// the service on loopback, the session keyring under the test's own item, ffmpeg on a clip made
+// here.
 #include "ShellFixture.h"
 
 #include "ServiceStandin.h"
@@ -8,17 +9,17 @@
 #include "service/APIService.h"
 #include "ui/InlineSettingsView.h"
 #include "ui/LoginView.h"
-#include "ui/ServiceShellBackend.h"
-#include "ui/SessionListModel.h"
 #include "ui/MarkerRow.h"
+#include "ui/ServiceShellBackend.h"
 #include "ui/SessionDetailView.h"
+#include "ui/SessionListModel.h"
 #include "ui/SessionListView.h"
 #include "ui/SignedInView.h"
 
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QPointer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -29,9 +30,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString loginCode = QStringLiteral("314159");
+const QString loginCode = u"314159"_s;
 
-// The analysis button's text each time it turns disabled or enabled again.
+// The analysis button's state each time it turns disabled or enabled again.
 class EnabledWatcher : public QObject
 {
 public:
@@ -39,10 +40,8 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::EnabledChange) {
-            const auto *button = static_cast<QPushButton *>(watched);
-            changes.append((button->isEnabled() ? u"enabled"_s : u"disabled"_s));
-        }
+        if (event->type() == QEvent::EnabledChange)
+            changes.append(static_cast<QWidget *>(watched)->isEnabled() ? u"enabled"_s : u"disabled"_s);
         return false;
     }
 };
@@ -63,40 +62,48 @@ class ServiceScreensTest : public QObject
     AppState &state() { return m_shell->state; }
     SignedInView *signedIn() { return m_shell->window->signedInView(); }
 
+    // Enters the address (unless a code was already sent) and `code`, and waits for the answer:
+    // an error on the login screen, or the screen gone because the user signed in.
     void logIn(const QString &code)
     {
-        LoginView *login = m_shell->window->loginView();
-        QVERIFY(login);
-        QLineEdit *email = login->findChildren<QLineEdit *>().at(0);
-        QLineEdit *codeField = login->findChildren<QLineEdit *>().at(1);
-        QTest::keyClicks(email, QStringLiteral("editor@example.com"));
-        QTest::mouseClick(withText(login, QStringLiteral("Send login code")), Qt::LeftButton);
-        QTRY_VERIFY(login->codeSent());
-        QTest::keyClicks(codeField, code);
-        QTest::mouseClick(withText(login, QStringLiteral("Log in")), Qt::LeftButton);
-        QTRY_VERIFY(!login->loading());
+        // Signing in deletes the login screen.
+        const QPointer<LoginView> login = m_shell->window->loginView();
+        QVERIFY2(login, "the login screen is not shown");
+        const QList<QLineEdit *> fields = login->findChildren<QLineEdit *>();
+        if (!login->codeSent()) {
+            QTest::keyClicks(fields.at(0), u"editor@example.com"_s);
+            QTest::mouseClick(withText(login.data(), u"Send login code"_s), Qt::LeftButton);
+            QTRY_VERIFY2_WITH_TIMEOUT(login && login->codeSent(), "the service did not confirm sending a code", screenWait);
+        }
+        fields.at(1)->setText(code);
+        QPushButton *logInButton = withText(login.data(), u"Log in"_s);
+        QVERIFY2(logInButton && logInButton->isEnabled(), "the Log in button does not take the code");
+        QTest::mouseClick(logInButton, Qt::LeftButton);
+        QTRY_VERIFY2_WITH_TIMEOUT(!login || !login->loading(), "the login screen got no answer to the code", screenWait);
     }
 
     void logInAndSync()
     {
         logIn(loginCode);
-        QTRY_VERIFY(signedIn());
-        QTRY_COMPARE(state().sessions().size(), 4);
+        if (QTest::currentTestFailed())
+            return;
+        QTRY_VERIFY2_WITH_TIMEOUT(signedIn(), "signing in did not bring up the session list", screenWait);
+        QTRY_VERIFY2_WITH_TIMEOUT(state().sessions().size() == 4, "the first sync did not bring the stand-in's 4 sessions", screenWait);
     }
 
 private Q_SLOTS:
     void init()
     {
-        QFile demo(QStringLiteral(":/standin/demo-data.json"));
+        QFile demo(u":/standin/demo-data.json"_s);
         QVERIFY(demo.open(QIODevice::ReadOnly));
         QString error;
         auto data = StandinData::fromJson(demo.readAll(), QDateTime::currentDateTime(), &error);
         QVERIFY2(data, qPrintable(error));
         m_standin = std::make_unique<ServiceStandin>(std::move(*data), loginCode);
         const quint16 port = m_standin->listenOnLoopback(0);
-        QVERIFY(port != 0);
-        m_api = std::make_unique<APIService>(QStringLiteral("http://127.0.0.1:%1").arg(port),
-                                             CredentialStore(QStringLiteral("io.vorlix.sync.ui-test"), QStringLiteral("session_cookie")));
+        QVERIFY2(port != 0, "the stand-in could not listen on loopback");
+        m_api = std::make_unique<APIService>(u"http://127.0.0.1:%1"_s.arg(port),
+                                             CredentialStore(u"io.vorlix.sync.ui-test"_s, u"ui-screens"_s));
         m_api->keychainDelete();
         m_shell = std::make_unique<ShellFixture>();
         m_scanner = std::make_unique<FootageScanner>(m_shell->state);
@@ -104,97 +111,6 @@ private Q_SLOTS:
         tools.temporaryDirectory = m_scratch.path();
         m_backend = std::make_unique<ServiceShellBackend>(m_shell->state, *m_api, *m_scanner, tools);
         m_shell->open(*m_backend, QUrl(m_api->baseURL()));
-    }
-    void wrongCodeShowsTheServiceWordsThenTheRightCodeSignsInAndSyncs()
-    {
-        logIn(QStringLiteral("000000"));
-        LoginView *login = m_shell->window->loginView();
-        QCOMPARE(login->error(), QStringLiteral("Invalid or expired code"));
-        QCOMPARE(login->findChild<QLabel *>("error")->text(), QStringLiteral("Invalid or expired code"));
-        QVERIFY(login->codeSent());
-        QVERIFY(!state().isLoggedIn());
-        QVERIFY(!m_api->keychainRead());
-
-        QLineEdit *codeField = login->findChildren<QLineEdit *>().at(1);
-        QCOMPARE(codeField->text(), QStringLiteral("000000"));
-        codeField->setText(loginCode);
-        QTest::mouseClick(withText(login, QStringLiteral("Log in")), Qt::LeftButton);
-        QTRY_VERIFY(state().isLoggedIn());
-        QCOMPARE(state().userEmail(), QStringLiteral("editor@example.com"));
-        QCOMPARE(state().userName(), QStringLiteral("Demo Editor"));
-        QVERIFY(m_api->keychainRead());
-        QTRY_VERIFY(signedIn());
-        // The signed-in view's first sync fills the list.
-        QTRY_COMPARE(state().sessions().size(), 4);
-        QTRY_VERIFY(signedIn()->sessionList()->model()->indexOfSession(QStringLiteral("harbour-day2")).isValid());
-    }
-
-    void signOutDeletesTheCredential()
-    {
-        logInAndSync();
-        QVERIFY(m_api->keychainRead());
-        signedIn()->sessionList()->signOut();
-        QVERIFY(!m_api->keychainRead());
-        QVERIFY(state().sessions().isEmpty());
-        QTRY_VERIFY(m_shell->window->loginView());
-    }
-
-    void restoreBringsADeletedSessionBackThroughTheSyncNotification()
-    {
-        logInAndSync();
-        SessionListView *list = signedIn()->sessionList();
-        list->deleteFromRow(QStringLiteral("rooftop-broll"));
-        QCOMPARE(state().sessions().size(), 3);
-        QSignalSpy merged(&state(), &AppState::sessionsChanged);
-        signedIn()->syncSessions();
-        QTRY_VERIFY(merged.count() > 0);
-        QCOMPARE(state().sessions().size(), 3);
-
-        state().setShowSettings(true);
-        QTRY_VERIFY(qobject_cast<InlineSettingsView *>(signedIn()->currentDetail()));
-        QWidget *settings = signedIn()->currentDetail();
-        QTRY_VERIFY(settings->findChild<QPushButton *>(QStringLiteral("restore")));
-        settings->findChild<QPushButton *>(QStringLiteral("restore"))->click(); // may lie below the visible part
-        QVERIFY(state().deletedSessions().isEmpty());
-        QTRY_COMPARE(state().sessions().size(), 4);
-    }
-
-    void toolbarAnalysisRunsInTheNewSessionsScreen()
-    {
-        QTemporaryDir media;
-        const QString clip = media.filePath(u"interview.mov"_s);
-        QVERIFY(MediaFixtures::make(clip, MediaFixtures::lavfi(u"color=red:size=64x36:rate=25"_s) + MediaFixtures::tone(1)
-                                              + QStringList{u"-t"_s, u"2"_s, u"-f"_s, u"nut"_s}));
-        logInAndSync();
-        SessionDetailView *detail = signedIn()->sessionDetail();
-        auto *analyse = detail->findChild<QPushButton *>(u"analyseButton"_s);
-        EnabledWatcher watcher;
-        analyse->installEventFilter(&watcher);
-
-        m_shell->desktop.fileAnswers = {{QUrl::fromLocalFile(clip)}};
-        const QList<QAction *> actions = signedIn()->toolBar()->actions();
-        const auto action = std::find_if(actions.cbegin(), actions.cend(), [](QAction *a) { return a->text() == u"Analyse Footage"_s; });
-        QVERIFY(action != actions.cend());
-        (*action)->trigger();
-        QCOMPARE(m_shell->desktop.openRequests.last().message, u"Select footage files or a folder to analyse with AI"_s);
-        QVERIFY(m_shell->desktop.openRequests.last().allowsFolders);
-        QCOMPARE(state().sessions().size(), 5);
-        const ShootSession created = state().sessions().first();
-        QCOMPARE(created.title, u"interview"_s);
-        QCOMPARE(state().selectedSession()->id, created.id);
-
-        QTRY_COMPARE(detail->session().id, created.id);
-        QTRY_COMPARE_WITH_TIMEOUT(watcher.changes, (QStringList{u"disabled"_s, u"enabled"_s}), 60000);
-        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
-        const QList<QLabel *> lines = detail->findChildren<QLabel *>(u"analysisResult"_s);
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(QRegularExpression(u"^interview\\.mov: [1-9]\\d* audio \\+ \\d+ visual markers \\([1-9]\\d* words\\)$"_s)
-                     .match(lines.first()->text()).hasMatch(),
-                 qPrintable(lines.first()->text()));
-        // The final refresh brings in what the service derived.
-        QTRY_VERIFY(!state().selectedSession()->markers.isEmpty());
-        QTRY_VERIFY(!detail->findChildren<MarkerRow *>().isEmpty());
-        QCOMPARE(QDir(m_scratch.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
     }
 
     void cleanup()
@@ -206,6 +122,99 @@ private Q_SLOTS:
             m_api->keychainDelete();
         m_api.reset();
         m_standin.reset();
+    }
+
+    void wrongCodeThenRightCodeSignsInSyncsAndSignsOut()
+    {
+        logIn(u"000000"_s);
+        if (QTest::currentTestFailed())
+            return;
+        const QPointer<LoginView> login = m_shell->window->loginView();
+        QVERIFY2(login, "a refused code replaced the login screen");
+        QCOMPARE(login->findChild<QLabel *>(u"error"_s)->text(), u"Invalid or expired code"_s);
+        QVERIFY(login->codeSent());
+        QCOMPARE(login->findChildren<QLineEdit *>().at(1)->text(), u"000000"_s);
+        QVERIFY(!state().isLoggedIn());
+        QVERIFY2(!m_api->keychainRead(), "a refused code stored a credential");
+
+        logInAndSync();
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(state().userEmail(), u"editor@example.com"_s);
+        QCOMPARE(state().userName(), u"Demo Editor"_s);
+        QVERIFY2(m_api->keychainRead(), "signing in stored no credential");
+        QTRY_VERIFY2_WITH_TIMEOUT(signedIn()->sessionList()->model()->indexOfSession(u"harbour-day2"_s).isValid(),
+                                  "the synced sessions did not reach the sidebar", screenWait);
+
+        signedIn()->sessionList()->signOut();
+        QVERIFY2(!m_api->keychainRead(), "signing out left the credential in the keyring");
+        QVERIFY(state().sessions().isEmpty());
+        QTRY_VERIFY2_WITH_TIMEOUT(m_shell->window->loginView(), "signing out did not bring the login screen back", screenWait);
+    }
+
+    void deletedSessionStaysDeletedUntilRestored()
+    {
+        logInAndSync();
+        if (QTest::currentTestFailed())
+            return;
+        signedIn()->sessionList()->deleteFromRow(u"rooftop-broll"_s);
+        QCOMPARE(state().sessions().size(), 3);
+        QSignalSpy merged(&state(), &AppState::sessionsChanged);
+        signedIn()->syncSessions();
+        QVERIFY2(merged.wait(screenWait), "the sync after the deletion did not merge");
+        QCOMPARE(state().sessions().size(), 3);
+
+        // Restoring asks for a sync through the notification centre.
+        state().setShowSettings(true);
+        QTRY_VERIFY2_WITH_TIMEOUT(qobject_cast<InlineSettingsView *>(signedIn()->currentDetail()),
+                                  "the settings did not replace the detail pane", screenWait);
+        const QPointer<QWidget> settings = signedIn()->currentDetail();
+        QTRY_VERIFY2_WITH_TIMEOUT(settings && settings->findChild<QPushButton *>(u"restore"_s),
+                                  "the deleted session is not offered for restoring", screenWait);
+        settings->findChild<QPushButton *>(u"restore"_s)->click(); // may lie below the visible part
+        QVERIFY(state().deletedSessions().isEmpty());
+        QTRY_VERIFY2_WITH_TIMEOUT(state().sessions().size() == 4, "the restored session did not come back with a sync", screenWait);
+    }
+
+    void toolbarAnalysisRunsInTheNewSessionsScreen()
+    {
+        QTemporaryDir media;
+        const QString clip = media.filePath(u"interview.mov"_s);
+        QVERIFY(MediaFixtures::make(clip, MediaFixtures::lavfi(u"color=red:size=64x36:rate=25"_s) + MediaFixtures::tone(1)
+                                              + QStringList{u"-t"_s, u"2"_s, u"-f"_s, u"nut"_s}));
+        logInAndSync();
+        if (QTest::currentTestFailed())
+            return;
+        const QPointer<SessionDetailView> detail = signedIn()->sessionDetail();
+        const QPointer<QPushButton> analyse = detail->findChild<QPushButton *>(u"analyseButton"_s);
+        EnabledWatcher watcher;
+        analyse->installEventFilter(&watcher);
+
+        m_shell->desktop.fileAnswers = {{QUrl::fromLocalFile(clip)}};
+        QAction *action = withText(signedIn()->toolBar()->actions(), u"Analyse Footage"_s);
+        QVERIFY2(action, "the toolbar has no Analyse Footage action");
+        action->trigger();
+        QCOMPARE(m_shell->desktop.openRequests.last().message, u"Select footage files or a folder to analyse with AI"_s);
+        QVERIFY(m_shell->desktop.openRequests.last().allowsFolders);
+        QCOMPARE(state().sessions().size(), 5);
+        const ShootSession created = state().sessions().first();
+        QCOMPARE(created.title, u"interview"_s);
+        QCOMPARE(state().selectedSession()->id, created.id);
+
+        QTRY_VERIFY2_WITH_TIMEOUT(detail && detail->session().id == created.id, "the detail pane did not show the new session", screenWait);
+        QTRY_VERIFY2_WITH_TIMEOUT(analyse && watcher.changes == (QStringList{u"disabled"_s, u"enabled"_s}),
+                                  qPrintable(u"the analysis button did not go disabled, then enabled: "_s + watcher.changes.join(u", ")), toolWait);
+        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
+        const QList<QLabel *> lines = detail->findChildren<QLabel *>(u"analysisResult"_s);
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(QRegularExpression(u"^interview\\.mov: [1-9]\\d* audio \\+ \\d+ visual markers \\([1-9]\\d* words\\)$"_s)
+                     .match(lines.first()->text()).hasMatch(),
+                 qPrintable(lines.first()->text()));
+        // The final refresh brings in what the service derived.
+        QTRY_VERIFY2_WITH_TIMEOUT(detail && !detail->findChildren<MarkerRow *>().isEmpty(),
+                                  "the analysed session's markers did not reach the screen", screenWait);
+        QVERIFY(!state().selectedSession()->markers.isEmpty());
+        QCOMPARE(QDir(m_scratch.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
     }
 };
 

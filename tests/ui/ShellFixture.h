@@ -1,5 +1,6 @@
 #pragma once
 
+#include "UiTest.h"
 #include "platform/Desktop.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
@@ -7,7 +8,6 @@
 #include "ui/ShellBackend.h"
 #include "ui/Theme.h"
 
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <deque>
 #include <memory>
@@ -72,16 +72,6 @@ public:
             onChosen(answer);
     }
 };
-
-template <typename Widget = QPushButton>
-Widget *withText(const QWidget *root, const QString &text)
-{
-    for (Widget *widget : root->findChildren<Widget *>()) {
-        if (widget->text() == text)
-            return widget;
-    }
-    return nullptr;
-}
 
 inline ShootSession makeSession(const QString &id, const QString &title, const QDateTime &createdAt)
 {
