@@ -1,5 +1,6 @@
-// The hand-off to the editing applications. The applications themselves are fakes in a
-// temporary folder (the machine has none); files are really written and read back.
+// The hand-off to the editing applications: which application gets which file. The applications
+// are folders in a temporary directory (the machine has none) and the workspace writes requests
+// down; the files are really written and read back.
 #include "RecordingWorkspace.h"
 #include "export/EditorHandoff.h"
 #include "export/PremiereScript.h"
@@ -14,6 +15,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Most preferred first.
+const QStringList premieres{u"Premiere 2026.app"_s, u"Premiere 2025.app"_s, u"Premiere CC.app"_s};
+const QStringList resolves{u"DaVinci Resolve.app"_s, u"DaVinci Resolve Studio.app"_s};
+
 QByteArray contents(const QString &path)
 {
     QFile file(path);
@@ -27,124 +32,74 @@ class EditorHandoffTest : public QObject
     Q_OBJECT
 
     QTemporaryDir m_root;
-    QString m_temp;    // the "temporary directory" handed to the hand-off; its name has an apostrophe
-    QString m_apps;
-
-    QString app(const QString &name, bool installed)
-    {
-        const QString path = m_apps + u'/' + name;
-        if (installed)
-            QDir().mkpath(path);
-        return path;
-    }
+    const QString m_temp = m_root.filePath(u"it's tmp"_s); // the hand-off's temporary directory
+    const QString m_apps = m_root.filePath(u"Applications"_s);
 
 private Q_SLOTS:
     void init()
     {
-        QVERIFY(m_root.isValid());
-        m_temp = m_root.filePath(u"it's tmp"_s);
-        m_apps = m_root.filePath(u"Applications"_s);
-        QDir(m_temp).removeRecursively();
-        QDir(m_apps).removeRecursively();
-        QVERIFY(QDir().mkpath(m_temp));
+        QVERIFY(m_root.isValid() && QDir(m_temp).removeRecursively() && QDir(m_apps).removeRecursively() && QDir().mkpath(m_temp));
     }
 
-    void premiereGetsTheScript()
+    // Every request for each set of installed applications: which application gets which file.
+    void handoff_data()
     {
-        RecordingWorkspace workspace;
-        const EditorLocations locations{{app(u"Premiere 2026.app"_s, false), app(u"Premiere 2025.app"_s, true),
-                                         app(u"Premiere CC.app"_s, true)},
-                                        {}};
-        EditorHandoff(workspace, m_temp, locations).openInPremiere(u"<xmeml/>"_s);
-
-        const QString xmlPath = m_temp + u"/vorlix-markers.xml"_s;
-        const QString scriptPath = m_temp + u"/vorlix-premiere.jsx"_s;
-        QCOMPARE(contents(xmlPath), "<xmeml/>");
-        QCOMPARE(contents(scriptPath), premiereScript(xmlPath).toUtf8());
-        QVERIFY(contents(scriptPath).contains("it\\'s tmp/vorlix-markers.xml');"));
-        QCOMPARE(workspace.calls, QStringList{u"open "_s + scriptPath + u" with "_s + m_apps + u"/Premiere 2025.app"_s});
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QStringList>("calls");
+        const QString markers = m_temp + u"/vorlix-markers.xml"_s, selects = m_temp + u"/vorlix-selects.xml"_s;
+        const QString script = m_temp + u"/vorlix-premiere.jsx"_s;
+        const auto with = [this](const QString &file, const QString &app) { return u"open "_s + file + u" with "_s + m_apps + u'/' + app; };
+        const auto launch = [this](const QString &app) { return u"launch "_s + m_apps + u'/' + app; };
+        QTest::newRow("all") << premieres + resolves << QStringList{with(script, premieres[0]), with(selects, premieres[0]), launch(resolves[0])};
+        QTest::newRow("first choices missing") << QStringList{premieres[1], premieres[2], resolves[1]}
+                                               << QStringList{with(script, premieres[1]), with(selects, premieres[1]), launch(resolves[1])};
+        QTest::newRow("none: the default handler") << QStringList() << QStringList{u"open "_s + markers, u"open "_s + selects};
     }
 
-    void withoutPremiereTheXmlGoesToTheDefaultHandler()
+    void handoff()
     {
+        QFETCH(QStringList, installed);
+        QFETCH(QStringList, calls);
+        for (const QString &app : installed)
+            QVERIFY(QDir().mkpath(m_apps + u'/' + app));
+        const auto inApps = [this](QStringList apps) { for (QString &app : apps) app.prepend(m_apps + u'/'); return apps; };
         RecordingWorkspace workspace;
-        EditorHandoff(workspace, m_temp, {{app(u"Premiere.app"_s, false)}, {}}).openInPremiere(u"x"_s);
-        QCOMPARE(workspace.calls, QStringList{u"open "_s + m_temp + u"/vorlix-markers.xml"_s});
-    }
-
-    void selectsOpenInPremiereOrTheDefaultHandler()
-    {
-        RecordingWorkspace workspace;
-        const QString path = m_temp + u"/vorlix-selects.xml"_s;
-        EditorHandoff(workspace, m_temp, {{app(u"Premiere.app"_s, true)}, {}}).openSelectsInPremiere(u"<s/>"_s);
-        QCOMPARE(contents(path), "<s/>");
-        // No select: the file is emptied, and still opened.
-        EditorHandoff(workspace, m_temp, {{}, {}}).openSelectsInPremiere(QString());
-        QCOMPARE(contents(path), QByteArray());
-        QCOMPARE(workspace.calls, (QStringList{u"open "_s + path + u" with "_s + m_apps + u"/Premiere.app"_s,
-                                               u"open "_s + path}));
+        const EditorHandoff handoff(workspace, m_temp, {inApps(premieres), inApps(resolves)});
+        handoff.openInPremiere(u"<xmeml/>"_s);
+        handoff.openSelectsInPremiere(QString());
+        handoff.launchResolve();
+        QCOMPARE(workspace.calls, calls);
+        const QString markers = m_temp + u"/vorlix-markers.xml"_s;
+        QCOMPARE(contents(markers), "<xmeml/>");
+        QCOMPARE(contents(m_temp + u"/vorlix-premiere.jsx"_s), premiereScript(markers).toUtf8());
+        QCOMPARE(contents(m_temp + u"/vorlix-selects.xml"_s), QByteArray()); // written even with no select
     }
 
     void failedWritesStillOpen()
     {
         RecordingWorkspace workspace;
         const QString missing = m_root.filePath(u"no such dir"_s);
-        EditorHandoff(workspace, missing, {{}, {}}).openInPremiere(u"x"_s);
-        QVERIFY(!QFile::exists(missing + u"/vorlix-markers.xml"_s));
+        EditorHandoff(workspace, missing, {}).openInPremiere(u"x"_s);
+        QVERIFY(!QFile::exists(missing));
         QCOMPARE(workspace.calls, QStringList{u"open "_s + missing + u"/vorlix-markers.xml"_s});
     }
 
-    void resolveLaunchesTheFirstInstalled_data()
-    {
-        QTest::addColumn<bool>("plain");
-        QTest::addColumn<bool>("studio");
-        QTest::addColumn<QString>("launched");
-        QTest::newRow("both") << true << true << u"DaVinci Resolve.app"_s;
-        QTest::newRow("studio only") << false << true << u"DaVinci Resolve Studio.app"_s;
-        QTest::newRow("none") << false << false << QString();
-    }
-
-    void resolveLaunchesTheFirstInstalled()
-    {
-        QFETCH(bool, plain);
-        QFETCH(bool, studio);
-        QFETCH(QString, launched);
-        RecordingWorkspace workspace;
-        const EditorLocations locations{
-            {}, {app(u"DaVinci Resolve.app"_s, plain), app(u"DaVinci Resolve Studio.app"_s, studio)}};
-        EditorHandoff(workspace, m_temp, locations).launchResolve();
-        QCOMPARE(workspace.calls, launched.isEmpty() ? QStringList() : QStringList{u"launch "_s + m_apps + u'/' + launched});
-    }
-
-    void savedOtioNamesTheFileWritten()
-    {
-        const QString saved = ExportFiles::saveWithExtension(u"{\"name\": \"Café\"}"_s, m_temp + u"/timeline"_s, u"otio"_s);
-        QCOMPARE(saved, m_temp + u"/timeline.otio"_s);
-        QCOMPARE(contents(saved), u"{\"name\": \"Café\"}"_s.toUtf8());
-        QVERIFY(resolveImportInstructions(QFileInfo(saved).fileName()).contains(u"3. Select timeline.otio\n"_s));
-    }
-
 #if defined(Q_OS_LINUX)
-    // The real process-based workspace, with a fake application that records how it was started.
+    // The real process-based workspace, with a fake application that writes down its arguments
+    // (aside first, then renamed, so the record appears whole). Each wait ends on the record.
     void processWorkspaceStartsTheApplication()
     {
-        const QString record = m_root.filePath(u"started.txt"_s);
-        const QString fake = m_root.filePath(u"fake editor"_s);
+        const QString fake = m_root.filePath(u"fake editor"_s), record = m_root.filePath(u"started.txt"_s);
         QFile script(fake);
-        QVERIFY(script.open(QIODevice::WriteOnly));
-        script.write("#!/bin/sh\nprintf '%s|' \"$@\" > \"" + record.toUtf8() + ".part\" && mv \"" + record.toUtf8()
-                     + ".part\" \"" + record.toUtf8() + "\"\n");
+        const QByteArray program = u"#!/bin/sh\nprintf '%s|' \"$@\" > \"%1.part\" && mv \"%1.part\" \"%1\"\n"_s.arg(record).toUtf8();
+        QVERIFY(script.open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner) && script.write(program) == program.size());
         script.close();
-        QVERIFY(script.setPermissions(script.permissions() | QFile::ExeOwner));
 
         ProcessWorkspace workspace;
         workspace.openWithApplication(u"/tmp/it's a file.jsx"_s, fake);
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(record), 20000);
-        QCOMPARE(contents(record), "/tmp/it's a file.jsx|");
-        QFile::remove(record);
+        QTRY_VERIFY2_WITH_TIMEOUT(contents(record) == "/tmp/it's a file.jsx|", "the fake editor was not started with the file", 60000);
         workspace.launchApplication(fake);
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(record), 20000);
-        QCOMPARE(contents(record), "|");
+        QTRY_VERIFY2_WITH_TIMEOUT(contents(record) == "|", "the fake editor was not launched without arguments", 60000);
     }
 #endif
 };

@@ -9,10 +9,7 @@
 struct RecordingWorkspace final : Workspace {
     QStringList calls;
 
-    void openWithApplication(const QString &file, const QString &application) override
-    {
-        calls.append(QStringLiteral("open ") + file + QStringLiteral(" with ") + application);
-    }
+    void openWithApplication(const QString &file, const QString &app) override { calls.append(QStringLiteral("open %1 with %2").arg(file, app)); }
     void openWithDefaultHandler(const QString &file) override { calls.append(QStringLiteral("open ") + file); }
     void launchApplication(const QString &application) override { calls.append(QStringLiteral("launch ") + application); }
 };
