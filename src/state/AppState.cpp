@@ -7,8 +7,8 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
-AppState::AppState(Preferences &preferences, QObject *parent)
-    : QObject(parent), m_preferences(preferences)
+AppState::AppState(Preferences &preferences, QObject *parent, Clock clock)
+    : QObject(parent), m_preferences(preferences), m_clock(std::move(clock))
 {
     loadDeletedSessions();
     loadSettings();
@@ -110,7 +110,7 @@ void AppState::markSessionsDeleted(const QList<ShootSession> &sessions)
 {
     const QSet<QString> known = deletedSessionIds();
     QList<DeletedSessionInfo> list = m_deletedSessions;
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime now = m_clock();
     for (const ShootSession &session : sessions) {
         if (!known.contains(session.id))
             list.append({session.id, session.title, now});
@@ -167,7 +167,7 @@ void AppState::loadDeletedSessions()
     if (legacyIds.isEmpty())
         return;
     const QSet<QString> known = deletedSessionIds();
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime now = m_clock();
     for (const QString &id : legacyIds) {
         if (!known.contains(id))
             m_deletedSessions.append({id, QStringLiteral("Deleted session"), now});

@@ -27,8 +27,12 @@ public:
         SettingsWindow, // keeps sessions: the next login merges into them
     };
 
+    // Gives the time a session is marked deleted.
+    using Clock = std::function<QDateTime()>;
+
     // Loads the deleted-session list (migrating the earlier form), the settings and a stored login.
-    explicit AppState(Preferences &preferences, QObject *parent = nullptr);
+    explicit AppState(Preferences &preferences, QObject *parent = nullptr,
+                      Clock clock = &QDateTime::currentDateTimeUtc);
 
     bool isLoggedIn() const { return m_isLoggedIn; }
     const QString &userEmail() const { return m_userEmail; }
@@ -103,6 +107,7 @@ private:
     void setDeletedSessions(const QList<DeletedSessionInfo> &value);
 
     Preferences &m_preferences;
+    Clock m_clock;
     std::function<void(const QString &)> m_appearanceHandler;
 
     bool m_isLoggedIn = false;
