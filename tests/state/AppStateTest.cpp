@@ -1,13 +1,10 @@
-#include "model/RecordJson.h"
+#include "timecode/CaseTable.h"
+
 #include "platform/Preferences.h"
 #include "state/AppState.h"
 #include "state/PreferenceKeys.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace {
 
@@ -19,232 +16,148 @@ ShootSession session(const QString &id, const QString &title)
     return s;
 }
 
+// "id title hh:mm" per entry, the time in UTC.
+QStringList described(const QList<DeletedSessionInfo> &list)
+{
+    QStringList lines;
+    for (const DeletedSessionInfo &info : list)
+        lines.append(info.id + u' ' + info.title + u' ' + info.deletedAt.toUTC().toString(u"hh:mm"));
+    return lines;
+}
+
 } // namespace
 
+// Each test and data row has a store in a new ini file, and a clock it moves by hand.
 class AppStateTest : public QObject
 {
     Q_OBJECT
 
     QTemporaryDir m_dir;
     QString m_file;
+    int m_files = 0;
+    QDateTime m_now;
 
     Preferences preferences() const { return Preferences(m_file); }
-
-    QJsonArray storedDeletedList() const
-    {
-        return QJsonDocument::fromJson(preferences().data(PreferenceKeys::deletedSessions).value_or(QByteArray())).array();
-    }
+    AppState::Clock clock() { return [this] { return m_now; }; }
 
 private Q_SLOTS:
     void init()
     {
         QVERIFY(m_dir.isValid());
-        m_file = m_dir.filePath(QString::fromLatin1(QTest::currentTestFunction()) + QStringLiteral(".ini"));
-        QFile::remove(m_file);
+        m_file = m_dir.filePath(QStringLiteral("%1.ini").arg(++m_files));
+        m_now = QDateTime(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
     }
 
-    void settingsFallBacks_data()
-    {
-        QTest::addColumn<QString>("ini");
-        QTest::addColumn<int>("fps");
-        QTest::addColumn<QString>("nle");
-        QTest::addColumn<QStringList>("folders");
-        QTest::newRow("empty store") << "" << 25 << "resolve" << QStringList();
-        QTest::newRow("stored values") << "vorlix_default_fps=30\nvorlix_nle=premiere\nvorlix_footage_folders=/a, /b\n"
-                                       << 30 << "premiere" << QStringList{"/a", "/b"};
-        QTest::newRow("fps zero") << "vorlix_default_fps=0\n" << 25 << "resolve" << QStringList();
-        QTest::newRow("fps not a number") << "vorlix_default_fps=fast\n" << 25 << "resolve" << QStringList();
-        QTest::newRow("empty stored e-mail") << "vorlix_email=\n" << 25 << "resolve" << QStringList();
-        QTest::newRow("one folder") << "vorlix_footage_folders=/only\n" << 25 << "resolve" << QStringList{"/only"};
-        QTest::newRow("list where a string belongs") << "vorlix_nle=a, b\n" << 25 << "resolve" << QStringList();
-        QTest::newRow("bytes where a list belongs") << "vorlix_footage_folders=@ByteArray(x)\n" << 25 << "resolve" << QStringList();
-    }
+    // What is read at start is what saving writes back.
+    void storedSettings_data() { addCaseRows(QStringLiteral("state/settings.txt")); }
 
-    void settingsFallBacks()
+    void storedSettings()
     {
-        QFETCH(QString, ini);
-        QFETCH(int, fps);
-        QFETCH(QString, nle);
-        QFETCH(QStringList, folders);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
         QFile file(m_file);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[General]\n" + ini.toUtf8());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[General]\n" + input.split(" ; ").join(u'\n').toUtf8() + '\n') > 0);
         file.close();
-        Preferences store = preferences();
-        AppState state(store);
-        QCOMPARE(state.defaultFps(), fps);
-        QCOMPARE(state.preferredNLE(), nle);
-        QCOMPARE(state.footageFolders(), folders);
-        QVERIFY(!state.isLoggedIn());
-    }
-
-    void settingsSurviveARestart()
-    {
-        {
+        for (int start = 0; start < 2; ++start) {
             Preferences store = preferences();
             AppState state(store);
-            state.setAppearance(QStringLiteral("dark"));
-            state.setDefaultFps(60);
-            state.setPreferredNLE(QStringLiteral("fcp"));
+            const QString login = state.isLoggedIn() ? QStringLiteral("signed in as %1 (%2)").arg(state.userEmail(), state.userName()) : QStringLiteral("signed out");
+            QCOMPARE(QStringList({QString::number(state.defaultFps()), state.preferredNLE(), state.appearance(),
+                                  u'[' + state.footageFolders().join(", ") + u']', login}).join(", "), expected);
             state.saveSettings();
-            state.addFootageFolder(QStringLiteral("/Volumes/Card A"));
         }
-        Preferences store = preferences();
-        AppState state(store);
-        QCOMPARE(state.appearance(), QStringLiteral("dark"));
-        QCOMPARE(state.defaultFps(), 60);
-        QCOMPARE(state.preferredNLE(), QStringLiteral("fcp"));
-        QCOMPARE(state.footageFolders(), QStringList{"/Volumes/Card A"});
     }
 
     void footageFolders()
     {
         Preferences store = preferences();
         AppState state(store);
-        QSignalSpy changed(&state, &AppState::footageFoldersChanged);
-        state.addFootageFolder(QStringLiteral("/footage"));
-        state.addFootageFolder(QStringLiteral("/footage"));
-        state.addFootageFolder(QStringLiteral("/footage/"));
-        QCOMPARE(state.footageFolders(), (QStringList{"/footage", "/footage/"}));
-        QCOMPARE(changed.count(), 2);
+        for (const char *folder : {"/footage", "/footage", "/footage/"})
+            state.addFootageFolder(QString::fromUtf8(folder));
+        // The same text is saved once; a trailing slash makes another folder.
+        QCOMPARE(store.stringList(PreferenceKeys::footageFolders), std::optional(QStringList{"/footage", "/footage/"}));
         state.removeFootageFolder(QStringLiteral("/footage"));
-        QCOMPARE(state.footageFolders(), QStringList{"/footage/"});
-        QCOMPARE(preferences().stringList(PreferenceKeys::footageFolders), QStringList{"/footage/"});
         state.removeFootageFolder(QStringLiteral("/footage/"));
-        QCOMPARE(preferences().stringList(PreferenceKeys::footageFolders).value_or(QStringList{"x"}), QStringList());
+        QCOMPARE(store.stringList(PreferenceKeys::footageFolders), std::optional(QStringList()));
     }
 
     void deletingTwiceKeepsTheFirstDeletion()
     {
         Preferences store = preferences();
-        AppState state(store);
+        AppState state(store, nullptr, clock());
         state.markSessionsDeleted({session("a", "Beach"), session("b", "Studio")});
-        const QDateTime first = state.deletedSessions().first().deletedAt;
-        QTest::qWait(5);
-        state.markSessionsDeleted({session("a", "Beach renamed")});
-        QCOMPARE(state.deletedSessions().size(), 2);
-        QCOMPARE(state.deletedSessions().first().title, QStringLiteral("Beach"));
-        QCOMPARE(state.deletedSessions().first().deletedAt, first);
-        QCOMPARE(state.deletedSessionIds(), (QSet<QString>{"a", "b"}));
-        QCOMPARE(storedDeletedList().size(), 2);
-
+        m_now = m_now.addSecs(60);
+        state.markSessionsDeleted({session("a", "Beach renamed"), session("c", "Car")});
+        QCOMPARE(described(state.deletedSessions()), (QStringList{"a Beach 12:00", "b Studio 12:00", "c Car 12:01"}));
+        QCOMPARE(state.deletedSessionIds(), (QSet<QString>{"a", "b", "c"}));
         state.restoreDeletedSession(QStringLiteral("a"));
-        QCOMPARE(state.deletedSessionIds(), QSet<QString>{"b"});
-        Preferences reopened = preferences();
-        AppState restarted(reopened);
-        QCOMPARE(restarted.deletedSessions().size(), 1);
-        QCOMPARE(restarted.deletedSessions().first().title, QStringLiteral("Studio"));
+        QCOMPARE(described(AppState(store).deletedSessions()), (QStringList{"b Studio 12:00", "c Car 12:01"}));
     }
 
+    // The earlier store kept bare ids; they move into the current list, once. An unreadable
+    // current list counts as empty and is replaced.
     void migratesTheEarlierDeletedList_data()
     {
         QTest::addColumn<QStringList>("oldIds");
-        QTest::addColumn<QStringList>("newIds");
-        QTest::addColumn<QStringList>("expectedIds");
+        QTest::addColumn<QByteArray>("stored");
+        QTest::addColumn<QStringList>("expected");
         QTest::addColumn<bool>("oldKeyRemains");
-        QTest::newRow("old only") << QStringList{"x", "y"} << QStringList() << QStringList{"x", "y"} << false;
-        QTest::newRow("old and new overlap") << QStringList{"x", "y"} << QStringList{"y"} << QStringList{"y", "x"} << false;
-        QTest::newRow("empty old list stays") << QStringList() << QStringList{"y"} << QStringList{"y"} << true;
+        const QByteArray storedY = R"([{"id":"y","title":"Kept","deletedAt":0}])";
+        QTest::newRow("old only") << QStringList{"x", "y"} << QByteArray() << QStringList{"x Deleted session 12:00", "y Deleted session 12:00"} << false;
+        QTest::newRow("old and new overlap") << QStringList{"x", "y"} << storedY << QStringList{"y Kept 00:00", "x Deleted session 12:00"} << false;
+        QTest::newRow("empty old list stays") << QStringList() << storedY << QStringList{"y Kept 00:00"} << true;
+        QTest::newRow("unreadable list") << QStringList{"x"} << QByteArray("{not json") << QStringList{"x Deleted session 12:00"} << false;
     }
 
     void migratesTheEarlierDeletedList()
     {
         QFETCH(QStringList, oldIds);
-        QFETCH(QStringList, newIds);
-        QFETCH(QStringList, expectedIds);
+        QFETCH(QByteArray, stored);
+        QFETCH(QStringList, expected);
         QFETCH(bool, oldKeyRemains);
-        {
+        preferences().setStringList(PreferenceKeys::legacyDeletedSessions, oldIds);
+        if (!stored.isEmpty())
+            preferences().setData(PreferenceKeys::deletedSessions, stored);
+        for (int start = 0; start < 2; ++start) { // a later start finds nothing more to migrate
             Preferences store = preferences();
-            store.setStringList(PreferenceKeys::legacyDeletedSessions, oldIds);
-            QList<DeletedSessionInfo> existing;
-            for (const QString &id : newIds)
-                existing.append({id, QStringLiteral("Kept title"), QDateTime::currentDateTimeUtc()});
-            if (!newIds.isEmpty())
-                store.setData(PreferenceKeys::deletedSessions, QJsonDocument(RecordJson::toJsonArray(existing)).toJson());
-        }
-        for (int start = 0; start < 2; ++start) { // a second start finds nothing more to migrate
-            Preferences store = preferences();
-            AppState state(store);
-            QStringList ids;
-            for (const DeletedSessionInfo &info : state.deletedSessions()) {
-                ids.append(info.id);
-                QCOMPARE(info.title, QString(newIds.contains(info.id) ? "Kept title" : "Deleted session"));
-            }
-            QCOMPARE(ids, expectedIds);
+            QCOMPARE(described(AppState(store, nullptr, clock()).deletedSessions()), expected);
             QCOMPARE(store.stringList(PreferenceKeys::legacyDeletedSessions).has_value(), oldKeyRemains);
-            QCOMPARE(storedDeletedList().size(), expectedIds.size());
+            m_now = m_now.addSecs(60);
         }
     }
 
-    void unreadableDeletedListStartsEmpty()
+    void signOut_data()
     {
-        preferences().setData(PreferenceKeys::deletedSessions, QByteArray("{not json"));
-        Preferences store = preferences();
-        AppState state(store);
-        QVERIFY(state.deletedSessions().isEmpty());
-        state.markSessionsDeleted({session("a", "A")});
-        QCOMPARE(storedDeletedList().size(), 1);
-    }
-
-    void loginRestoreAndSignOut_data()
-    {
-        QTest::addColumn<int>("scope");
+        QTest::addColumn<AppState::SignOutScope>("scope");
         QTest::addColumn<bool>("keepsSessions");
         QTest::addColumn<bool>("leavesSettingsPane");
-        QTest::newRow("session list") << int(AppState::SignOutScope::SessionList) << false << false;
-        QTest::newRow("inline settings") << int(AppState::SignOutScope::InlineSettings) << false << true;
-        QTest::newRow("settings window") << int(AppState::SignOutScope::SettingsWindow) << true << false;
+        QTest::newRow("session list") << AppState::SignOutScope::SessionList << false << false;
+        QTest::newRow("inline settings") << AppState::SignOutScope::InlineSettings << false << true;
+        QTest::newRow("settings window") << AppState::SignOutScope::SettingsWindow << true << false;
     }
 
-    void loginRestoreAndSignOut()
+    void signOut()
     {
-        QFETCH(int, scope);
+        QFETCH(AppState::SignOutScope, scope);
         QFETCH(bool, keepsSessions);
         QFETCH(bool, leavesSettingsPane);
-        {
-            Preferences store = preferences();
-            AppState state(store);
-            state.signIn(QStringLiteral("ed@example.com"), QStringLiteral("Ed"));
-        }
         Preferences store = preferences();
-        AppState state(store); // no credential stored: still signed in
-        QVERIFY(state.isLoggedIn());
-        QCOMPARE(state.userEmail(), QStringLiteral("ed@example.com"));
-        QCOMPARE(state.userName(), QStringLiteral("Ed"));
-
+        AppState state(store);
+        state.signIn(QStringLiteral("ed@example.com"), QStringLiteral("Ed"));
+        QCOMPARE(AppState(store).userName(), QStringLiteral("Ed")); // remembered for the next start
         state.addFootageFolder(QStringLiteral("/footage"));
         state.markSessionsDeleted({session("gone", "Gone")});
         state.setSessions({session("s", "S")});
         state.setSelectedSession(session("s", "S"));
         state.setShowSettings(true);
-        state.signOut(AppState::SignOutScope(scope));
-
-        QVERIFY(!state.isLoggedIn());
-        QVERIFY(state.userEmail().isEmpty());
-        QVERIFY(!store.string(PreferenceKeys::email));
-        QVERIFY(!store.string(PreferenceKeys::name));
+        state.signOut(scope);
+        QVERIFY(!state.isLoggedIn() && state.userEmail().isEmpty() && state.userName().isEmpty());
+        QVERIFY(!store.string(PreferenceKeys::email) && !store.string(PreferenceKeys::name));
         QCOMPARE(state.sessions().isEmpty(), !keepsSessions);
         QCOMPARE(state.selectedSession().has_value(), keepsSessions);
         QCOMPARE(state.showSettings(), !leavesSettingsPane);
-        QCOMPARE(state.footageFolders(), QStringList{"/footage"});
-        QCOMPARE(state.deletedSessions().size(), 1);
+        QVERIFY2(state.footageFolders().size() == 1 && state.deletedSessions().size() == 1, "signing out touched the folders or the deleted list");
     }
-
-    void selectionFollowsItsSessionById()
-    {
-        Preferences store = preferences();
-        AppState state(store);
-        state.refreshSelectedSession();
-        QVERIFY(!state.selectedSession());
-        state.setSessions({session("a", "Fresh")});
-        state.setSelectedSession(session("a", "Stale"));
-        state.refreshSelectedSession();
-        QCOMPARE(state.selectedSession()->title, QStringLiteral("Fresh"));
-        state.setSelectedSession(session("gone", "Gone"));
-        state.refreshSelectedSession();
-        QVERIFY(!state.selectedSession());
-    }
-
 };
 
 QTEST_GUILESS_MAIN(AppStateTest)
