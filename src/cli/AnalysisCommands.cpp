@@ -52,7 +52,7 @@ QCoro::Task<int> analyse(const CliContext &context, const QCommandLineParser &pa
     for (const QString &path : parser.positionalArguments())
         files.append(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
 
-    APIService api(context.serviceUrl);
+    APIService api(context.serviceUrl, context.credentials);
     AnalysisPipeline pipeline(state, api);
     AnalysisState analysis;
     QObject::connect(&analysis, &AnalysisState::analyseProgressChanged, &analysis, [&analysis] {

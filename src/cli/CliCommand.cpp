@@ -44,14 +44,30 @@ QString groupHelp(const QList<CliCommand> &commands, const QString &prefix)
     }
     text += QStringLiteral("\nGlobal options:\n"
                            "  --service-url URL   Service to talk to (default: $VORLIX_SERVICE_URL, else %1)\n"
-                           "  -h, --help          Show help; after a command, that command's help.\n")
-                .arg(QStringLiteral(VORLIX_DEFAULT_SERVICE_URL));
+                           "  -h, --help          Show help; after a command, that command's help.\n"
+                           "The login is kept in the keyring item $VORLIX_KEYRING_SERVICE / $VORLIX_KEYRING_ACCOUNT "
+                           "(default: the application's, %2 / %3).\n")
+                .arg(QStringLiteral(VORLIX_DEFAULT_SERVICE_URL), CredentialStore().service(), CredentialStore().account());
     return text;
 }
 
 bool isHelp(const QString &argument)
 {
     return argument == QLatin1String("--help") || argument == QLatin1String("-h");
+}
+
+QString environmentOr(const char *name, const QString &fallback)
+{
+    return qEnvironmentVariableIsEmpty(name) ? fallback : qEnvironmentVariable(name);
+}
+
+// The application's login item unless the environment names another, so that scripts and tests
+// can sign the tool in and out without signing the application out.
+CredentialStore credentialsFromEnvironment()
+{
+    const CredentialStore application;
+    return CredentialStore(environmentOr("VORLIX_KEYRING_SERVICE", application.service()),
+                           environmentOr("VORLIX_KEYRING_ACCOUNT", application.account()));
 }
 
 int usage(const QString &problem, const QString &help)
@@ -81,8 +97,7 @@ QCoro::Task<int> runCli(const QList<CliCommand> &commands, QStringList arguments
             co_return usage(QStringLiteral("--service-url needs a URL."), groupHelp(commands, QString()));
         }
     }
-    CliContext context;
-    context.serviceUrl = resolveServiceUrl(serviceUrlOption);
+    const CliContext context{resolveServiceUrl(serviceUrlOption), credentialsFromEnvironment()};
     if (arguments.isEmpty())
         co_return usage(QStringLiteral("No command given."), groupHelp(commands, QString()));
     if (isHelp(arguments.first())) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/CredentialStore.h"
+
 #include <QCommandLineOption>
 #include <QCommandLineParser>
 #include <QCoro/QCoroTask>
@@ -8,10 +10,11 @@
 #include <QStringList>
 #include <functional>
 
-// What every command gets: the service URL chosen by option, environment or build, and the two
-// ways to end with an error.
+// What every command gets: the service URL chosen by option, environment or build, the keyring
+// item of the stored login, and the way to end with an error.
 struct CliContext {
     QString serviceUrl;
+    CredentialStore credentials;
 
     // Exit status 1: the error's description on stderr.
     int fail(const QString &message) const;

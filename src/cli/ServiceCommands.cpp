@@ -12,7 +12,7 @@ const QCommandLineOption codeOption(QStringLiteral("code"), QStringLiteral("The 
 
 QCoro::Task<int> login(const CliContext &context, const QCommandLineParser &parser)
 {
-    APIService api(context.serviceUrl);
+    APIService api(context.serviceUrl, context.credentials);
     const QString email = parser.value(emailOption);
     try {
         if (!parser.isSet(codeOption)) {
@@ -29,7 +29,7 @@ QCoro::Task<int> login(const CliContext &context, const QCommandLineParser &pars
 
 QCoro::Task<int> sessions(const CliContext &context, const QCommandLineParser &)
 {
-    APIService api(context.serviceUrl);
+    APIService api(context.serviceUrl, context.credentials);
     try {
         const QList<ShootSession> fetched = co_await api.fetchShootSessions();
         CliIo::printJson(RecordJson::toJsonArray(fetched));
@@ -41,7 +41,7 @@ QCoro::Task<int> sessions(const CliContext &context, const QCommandLineParser &)
 
 QCoro::Task<int> transcript(const CliContext &context, const QCommandLineParser &parser)
 {
-    APIService api(context.serviceUrl);
+    APIService api(context.serviceUrl, context.credentials);
     try {
         const QList<TranscriptSegment> segments = co_await api.fetchTranscript(parser.positionalArguments().first());
         CliIo::printJson(RecordJson::toJsonArray(segments));
@@ -53,7 +53,7 @@ QCoro::Task<int> transcript(const CliContext &context, const QCommandLineParser 
 
 QCoro::Task<int> logout(const CliContext &context, const QCommandLineParser &)
 {
-    APIService(context.serviceUrl).keychainDelete();
+    context.credentials.remove();
     co_return 0;
 }
 

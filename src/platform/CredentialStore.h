@@ -15,6 +15,7 @@ public:
                              QString account = QStringLiteral("session_cookie"));
 
     const QString &service() const { return m_service; }
+    const QString &account() const { return m_account; }
 
     std::optional<QString> read() const;
     // Deletes first, so a failed write leaves no secret rather than the old one.

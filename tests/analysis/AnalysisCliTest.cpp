@@ -11,7 +11,7 @@ using namespace MediaFixtures;
 
 // `analyse` run as a script would, against the stand-in program: the service stores what the
 // uploads produce under the token, so the next `sessions` lists that session with its markers.
-// It shares the application's keyring item with the service command tests (never run together).
+// The tool keeps its login in this program's own keyring item.
 class AnalysisCliTest : public QObject
 {
     Q_OBJECT
@@ -19,47 +19,41 @@ class AnalysisCliTest : public QObject
     StandinProcess m_standin;
     QTemporaryDir m_media;
 
-    QStringList withService(const QStringList &arguments) const { return m_standin.withService(arguments); }
+    CliResult run(const QStringList &arguments) { return runCli(m_standin.withService(arguments)); }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(make(m_media.filePath("plain.mov"),
-                     lavfi("color=red:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-f", "nut"}));
-        QVERIFY(m_standin.start(QStringLiteral("135790")));
-        QCOMPARE(runCli(withService({"logout"})).exitCode, 0);
+        QVERIFY(make(m_media.filePath("plain.mov"), lavfi("color=red:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-f", "nut"}));
+        QVERIFY2(m_standin.start(QStringLiteral("135790")), "the stand-in did not start");
+        cliCredentials().remove();
     }
 
-    void cleanupTestCase() { runCli(withService({"logout"})); }
+    void cleanupTestCase() { cliCredentials().remove(); }
 
     void analysesIntoTheService()
     {
         // Signed out, the service refuses with a JSON answer, which counts as nothing found.
-        CliResult result = runCli(withService({"analyse", "--session-token", "cli-token", m_media.filePath("plain.mov")}));
-        QCOMPARE(result.exitCode, 0);
+        CliResult result = run({"analyse", "--session-token", "cli-token", m_media.filePath("plain.mov")});
         QCOMPARE(result.out, QByteArray("plain.mov: 0 audio + 0 visual markers (0 words)\n"));
-
-        QCOMPARE(runCli(withService({"login", "--email", "editor@example.org", "--code", "135790"})).exitCode, 0);
-        result = runCli(withService({"analyse", "--session-token", "cli-token", "--fps", "30", m_media.filePath("plain.mov")}));
         QCOMPARE(result.exitCode, 0);
+
+        QCOMPARE(run({"login", "--email", "editor@example.org", "--code", "135790"}).exitCode, 0);
+        result = run({"analyse", "--session-token", "cli-token", "--fps", "30", m_media.filePath("plain.mov")});
         QCOMPARE(result.out, QByteArray("plain.mov: 1 audio + 1 visual markers (2 words)\n"));
         QCOMPARE(result.err, QByteArray("Preparing 1 file...\nExtracting audio (1/1): plain.mov\nAnalysing (1/1): plain.mov...\n"
                                         "Visual analysis (1/1): plain.mov...\n"));
+        QCOMPARE(result.exitCode, 0);
 
-        result = runCli(withService({"sessions"}));
-        const QJsonArray sessions = QJsonDocument::fromJson(result.out).array();
-        const auto analysed = std::find_if(sessions.begin(), sessions.end(), [](const QJsonValue &session) {
-            return session.toObject().value("id").toString() == QLatin1String("cli-token");
-        });
-        QVERIFY(analysed != sessions.end());
+        const QJsonArray sessions = QJsonDocument::fromJson(run({"sessions"}).out).array();
+        const auto analysed = std::find_if(sessions.begin(), sessions.end(),
+                                           [](const QJsonValue &session) { return session["id"] == QLatin1String("cli-token"); });
+        QVERIFY2(analysed != sessions.end(), "the service lists no session cli-token");
         QCOMPARE(analysed->toObject().value("markers").toArray().size(), 2);
-    }
 
-    void badFrameRate()
-    {
-        const CliResult result = runCli(withService({"analyse", "--session-token", "t", "--fps", "2.5", m_media.filePath("plain.mov")}));
-        QCOMPARE(result.exitCode, 1);
+        result = run({"analyse", "--session-token", "t", "--fps", "2.5", m_media.filePath("plain.mov")});
         QCOMPARE(result.err, QByteArray("--fps must be a whole number from 1 to 1000\n"));
+        QCOMPARE(result.exitCode, 1);
     }
 };
 

@@ -4,5 +4,3 @@ vorlix_add_test(tst_pendinganalyses SOURCES analysis/PendingAnalysesTest.cpp)
 vorlix_add_test(tst_analysiscli SOURCES analysis/AnalysisCliTest.cpp cli/CliRunner.h cli/StandinProcess.h media/MediaFixtures.h)
 add_dependencies(tst_analysiscli vorlix-sync-cli vorlix-service-standin)
 set_property(TEST tst_analysiscli APPEND PROPERTY ENVIRONMENT "VORLIX_STANDIN=$<TARGET_FILE:vorlix-service-standin>")
-# Both sign the command-line tool in and out through the application's one keyring item.
-set_tests_properties(tst_analysiscli tst_servicecli PROPERTIES RESOURCE_LOCK vorlix_keyring_item)

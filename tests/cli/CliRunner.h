@@ -1,11 +1,31 @@
 #pragma once
 
+#include "platform/CredentialStore.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
 #include <QTest>
+
+// The keyring item the tool keeps its login in when a test program runs it: one of the
+// program's own, so that a test run never signs the application out.
+inline CredentialStore cliCredentials()
+{
+    const QString name = QCoreApplication::applicationName();
+    return CredentialStore(QStringLiteral("io.vorlix.sync.") + name, name);
+}
+
+// The test program's environment with the tool pointed at cliCredentials().
+inline QProcessEnvironment cliEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("VORLIX_KEYRING_SERVICE"), cliCredentials().service());
+    environment.insert(QStringLiteral("VORLIX_KEYRING_ACCOUNT"), cliCredentials().account());
+    return environment;
+}
 
 // Runs the built vorlix-sync-cli (its path comes from CTest) the way a script would.
 struct CliResult {
@@ -14,25 +34,17 @@ struct CliResult {
     QByteArray err;
 };
 
-inline CliResult runCli(const QStringList &arguments, const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+inline CliResult runCli(const QStringList &arguments, const QProcessEnvironment &environment = cliEnvironment())
 {
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(qEnvironmentVariable("VORLIX_CLI"), arguments);
     process.closeWriteChannel();
-    if (!process.waitForFinished(120000))
+    if (!process.waitForFinished(120000)) {
+        qWarning("vorlix-sync-cli %s did not finish within 120 s", qPrintable(arguments.join(u' ')));
         process.kill();
+        process.waitForFinished();
+    }
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-// Writes a fixture file for a command to read and returns its path.
-inline QString writeTestFile(const QDir &dir, const QString &name, const QByteArray &contents)
-{
-    const QString path = dir.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    file.write(contents);
-    return path;
 }

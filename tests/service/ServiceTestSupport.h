@@ -6,12 +6,26 @@
 #include <QAbstractHttpServer>
 #include <QCoro/QCoroTask>
 #include <QEventLoop>
+#include <QFile>
 #include <QHttpServerRequest>
 #include <QHttpServerResponder>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QTest>
-#include <functional>
+#include <QTimer>
 #include <optional>
-#include <variant>
+
+// One data row, in the column "data", per case of `group` in tests/data/service/service-answers.json.
+inline void addServiceCases(QLatin1StringView group)
+{
+    QTest::addColumn<QJsonObject>("data");
+    QFile file(QStringLiteral(VORLIX_TEST_DATA "/service/service-answers.json"));
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName() + QStringLiteral(" cannot be read")));
+    const QJsonArray cases = QJsonDocument::fromJson(file.readAll())[group].toArray();
+    QVERIFY2(!cases.isEmpty(), "the data file has no cases of this group");
+    for (const QJsonValue &data : cases)
+        QTest::newRow(qPrintable(data["name"].toString())) << data.toObject();
+}
 
 // What a scripted server saw of one request.
 struct SeenRequest {
@@ -28,15 +42,23 @@ struct SeenRequest {
         }
         return std::nullopt;
     }
+
+    // "METHOD path" and the values of these headers ("-" when absent), space-separated.
+    QString line(const QList<QByteArray> &names) const
+    {
+        QStringList words{method == QHttpServerRequest::Method::Post ? QStringLiteral("POST") : QStringLiteral("GET"), path};
+        for (const QByteArray &name : names)
+            words.append(QString::fromUtf8(header(name).value_or("-")));
+        return words.join(u' ');
+    }
 };
 
-// A real HTTP server on loopback that answers every request with what the test scripts, for
-// answers the stand-in would never give.
+// A real HTTP server on loopback that gives every request the same scripted answer, for answers
+// the stand-in would never give.
 class ScriptedServer : public QAbstractHttpServer
 {
 public:
-    explicit ScriptedServer(HttpAnswer answer = HttpAnswer::json({}))
-        : m_answer([answer](const SeenRequest &) { return answer; })
+    explicit ScriptedServer(HttpAnswer answer = HttpAnswer::json({})) : m_answer(std::move(answer))
     {
         m_port = listen(QHostAddress::LocalHost, 0);
         if (m_port == 0)
@@ -51,49 +73,39 @@ protected:
     {
         m_seen.append({request.method(), request.url().path(QUrl::FullyEncoded), request.headers(), request.body()});
         QHttpServerResponder responder = makeResponder(request, socket);
-        m_answer(m_seen.last()).writeTo(responder);
+        m_answer.writeTo(responder);
         return true;
     }
     void missingHandler(const QHttpServerRequest &, QTcpSocket *) override {}
 
 private:
     quint16 m_port = 0;
-    std::function<HttpAnswer(const SeenRequest &)> m_answer;
+    HttpAnswer m_answer;
     QList<SeenRequest> m_seen;
 };
 
-// The result of one awaited service call: its value, or the APIError it threw.
+// Runs a service call (or an analysis, ffmpeg included) to its end on a local event loop and
+// gives the APIError it threw, if any. One still running after two minutes ends the test
+// program, since its coroutine refers to this frame and cannot be left behind.
 template<typename T>
-struct Outcome {
-    std::optional<std::conditional_t<std::is_void_v<T>, std::monostate, T>> value;
-    std::optional<APIError> error;
-
-    QString errorText() const { return error ? error->description() : QStringLiteral("<no error>"); }
-};
-
-// Runs a service call to its end on a local event loop, as a test needs it.
-template<typename T>
-Outcome<T> await(QCoro::Task<T> task)
+std::optional<APIError> await(QCoro::Task<T> task)
 {
-    Outcome<T> outcome;
+    std::optional<APIError> error;
     QEventLoop loop;
     bool done = false;
     auto run = [&]() -> QCoro::Task<> {
         try {
-            if constexpr (std::is_void_v<T>) {
-                co_await std::move(task);
-                outcome.value.emplace();
-            } else {
-                outcome.value = co_await std::move(task);
-            }
-        } catch (const APIError &error) {
-            outcome.error = error;
+            co_await std::move(task);
+        } catch (const APIError &thrown) {
+            error = thrown;
         }
         done = true;
         loop.quit();
     };
     auto running = run();
-    if (!done)
+    if (!done) {
+        QTimer::singleShot(120000, &loop, [] { qFatal("an awaited service call did not finish within 120 s"); });
         loop.exec();
-    return outcome;
+    }
+    return error;
 }

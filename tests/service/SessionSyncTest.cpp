@@ -1,4 +1,3 @@
-#include "ServiceStandin.h"
 #include "ServiceTestSupport.h"
 #include "platform/Preferences.h"
 #include "service/APIService.h"
@@ -10,46 +9,30 @@
 
 namespace {
 
-const CredentialStore testCredentials(QStringLiteral("io.vorlix.sync.test-sync"));
+// Only read (for the cookie), and never the application's item.
+const CredentialStore testCredentials(QStringLiteral("io.vorlix.sync.test-sync"), QStringLiteral("test-sync"));
 const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
 
-ShootMarker marker(const QString &id, const QString &timecode)
+// Sessions with one marker each, from "id/title/hour/timecode", and back.
+QList<ShootSession> sessions(const QStringList &specs)
 {
-    ShootMarker m;
-    m.id = id;
-    m.markerType = QStringLiteral("log");
-    m.timecode = timecode;
-    m.createdAt = day;
-    return m;
+    QList<ShootSession> list;
+    for (const QString &spec : specs) {
+        const QStringList fields = spec.split(u'/');
+        ShootSession &s = list.emplace_back();
+        s.id = s.shareToken = fields[0];
+        s.title = fields[1];
+        s.createdAt = day.addSecs(fields[2].toInt() * 3600);
+        s.markers = {ShootMarker{s.id + QStringLiteral("-m"), QStringLiteral("log"), fields[3], {}, {}, {}, {}, {}, day}};
+    }
+    return list;
 }
 
-ShootSession session(const QString &id, const QString &title, int hour, const QString &timecode = QStringLiteral("10:00:00:00"))
-{
-    ShootSession s;
-    s.id = s.shareToken = id;
-    s.title = title;
-    s.createdAt = day.addSecs(hour * 3600);
-    s.markers = {marker(id + QStringLiteral("-m"), timecode)};
-    return s;
-}
-
-MediaClip clip(const QString &id, const QString &timecode)
-{
-    MediaClip c;
-    c.id = id;
-    c.path = QStringLiteral("/footage/") + id + QStringLiteral(".mov");
-    c.filename = id + QStringLiteral(".mov");
-    c.timecode = timecode;
-    c.duration = 60;
-    return c;
-}
-
-// The ids of these sessions, or another of their texts.
-QStringList ids(const QList<ShootSession> &sessions, QString ShootSession::*member = &ShootSession::id)
+QStringList specs(const QList<ShootSession> &list)
 {
     QStringList result;
-    for (const ShootSession &s : sessions)
-        result.append(s.*member);
+    for (const ShootSession &s : list)
+        result.append(QStringList{s.id, s.title, QString::number(day.secsTo(s.createdAt) / 3600), s.markers.value(0).timecode}.join(u'/'));
     return result;
 }
 
@@ -60,84 +43,46 @@ class SessionSyncTest : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
+    int m_preferencesCount = 0;
 
-    QString freshPreferencesFile()
-    {
-        static int count = 0;
-        return m_dir.filePath(QStringLiteral("prefs-%1.ini").arg(++count));
-    }
+    QString freshPreferencesFile() { return m_dir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_preferencesCount)); }
 
 private Q_SLOTS:
-    void init() { testCredentials.remove(); }
-    void cleanupTestCase() { testCredentials.remove(); }
-
-    void newestFirstAndNothingRemoved()
+    // Newest first; sessions only the user has stay; deleted ones stay away (a known one as it
+    // was); a known session takes the fetched markers, and the fetched title only while its own
+    // is empty or exactly "Shoot session"; its share token, fps, matches and transcript stay.
+    void merge()
     {
-        const QList<ShootSession> current{session("local-only", "Made here", 5), session("old", "Old", 1)};
-        const QList<ShootSession> fetched{session("b", "B", 3), session("c", "C", 9)};
-        const QList<ShootSession> merged = SessionSync::merge(current, fetched, {});
-        QCOMPARE(ids(merged), (QStringList{"c", "local-only", "b", "old"}));
+        QList<ShootSession> current = sessions({"local/Made here/5/10:00:00:00", "kept/Shoot session/1/10:00:00:00",
+                                                "default/Shoot session/2/10:00:00:00", "empty//3/10:00:00:00",
+                                                "own/My cut/4/10:00:00:00", "spaced/Shoot session /6/10:00:00:00"});
+        current[3].fps = 50;
+        current[3].matchedClips = {MediaClip{"c1", {}, {}, "10:00:00:00", 60, {}, {}, {}, {}}};
+        current[3].transcriptSegments = {TranscriptSegment{QStringLiteral("u"), {}, {}, {}, false, std::nullopt}};
+        QList<ShootSession> fetched = sessions({"new/New/9/10:00:00:00", "gone/Gone/8/10:00:00:00", "kept/K/1/11:00:00:00",
+                                                "default/Harbour/7/11:00:00:00", "empty/Quay/3/11:00:00:00",
+                                                "own/Theirs/4/11:00:00:00", "spaced/Theirs/6/11:00:00:00"});
+        fetched[4].shareToken = QStringLiteral("other-token");
+        const QList<ShootSession> merged = SessionSync::merge(current, fetched, {"gone", "kept"});
+        QCOMPARE(specs(merged), (QStringList{"new/New/9/10:00:00:00", "spaced/Shoot session /6/11:00:00:00", "local/Made here/5/10:00:00:00",
+                                             "own/My cut/4/11:00:00:00", "empty/Quay/3/11:00:00:00", "default/Harbour/2/11:00:00:00",
+                                             "kept/Shoot session/1/10:00:00:00"}));
+        const ShootSession &empty = merged[4];
+        QCOMPARE(QStringList({empty.shareToken, QString::number(empty.fps), empty.matchedClips.first().id, empty.transcriptSegments.first().id}),
+                 QStringList({"empty", "50", "c1", "u"}));
     }
 
-    void deletedSessionsStayAway()
-    {
-        const QList<ShootSession> merged =
-            SessionSync::merge({session("kept", "Shoot session", 1)}, {session("gone", "G", 2), session("kept", "K", 1, "11:00:00:00")}, {"gone", "kept"});
-        QCOMPARE(ids(merged), QStringList{"kept"});
-        // A deleted id leaves the local copy as it was.
-        QCOMPARE(merged.first().title, QStringLiteral("Shoot session"));
-        QCOMPARE(merged.first().markers.first().timecode, QStringLiteral("10:00:00:00"));
-    }
-
-    void titles_data()
-    {
-        QTest::addColumn<QString>("local");
-        QTest::addColumn<QString>("service");
-        QTest::addColumn<QString>("merged");
-        QTest::newRow("default title takes the service's") << "Shoot session" << "Harbour" << "Harbour";
-        QTest::newRow("own title kept over a new one") << "My cut" << "Harbour" << "My cut";
-        QTest::newRow("default with a space is the user's") << "Shoot session " << "Harbour" << "Shoot session ";
-    }
-
-    void titles()
-    {
-        QFETCH(QString, local);
-        QFETCH(QString, service);
-        QFETCH(QString, merged);
-        QCOMPARE(ids(SessionSync::merge({session("s", local, 1)}, {session("s", service, 1)}, {}), &ShootSession::title), QStringList{merged});
-    }
-
-    void knownSessionTakesMarkersAndKeepsTheRest()
-    {
-        ShootSession local = session("s", "Mine", 1);
-        local.fps = 50;
-        local.matchedClips = {clip("c1", "10:00:00:00")};
-        local.transcriptSegments = {TranscriptSegment{QStringLiteral("u"), {}, {}, {}, false, std::nullopt}};
-        ShootSession remote = session("s", "Theirs", 7, QStringLiteral("11:00:00:00"));
-        remote.shareToken = QStringLiteral("other-token");
-        remote.markers.append(marker("extra", "11:00:05:00"));
-
-        const ShootSession merged = SessionSync::merge({local}, {remote}, {}).first();
-        QCOMPARE(merged.markers.size(), 2);
-        QCOMPARE(merged.markers.first().timecode, QStringLiteral("11:00:00:00"));
-        QCOMPARE(merged.title, QStringLiteral("Mine"));
-        QCOMPARE(merged.createdAt, local.createdAt);
-        QCOMPARE(merged.shareToken, QStringLiteral("s"));
-        QCOMPARE(merged.fps, 50);
-        QCOMPARE(merged.matchedClips.size(), 1);
-        QCOMPARE(merged.transcriptSegments.size(), 1);
-    }
-
-    // Applying an answer: merged sessions, then their matches, then the selection — and one
-    // assignment for the re-match rather than one per session.
+    // Applying an answer: merged sessions (a deleted one left out), then their matches, then the
+    // selection — one assignment for the re-match rather than one per session. Without clips,
+    // earlier matches stay.
     void applyFetched()
     {
         Preferences preferences(freshPreferencesFile());
         AppState state(preferences);
-        state.setSessions({session("a", "Mine", 1), session("b", "Shoot session", 2)});
+        state.setSessions(sessions({"a/Mine/1/10:00:00:00", "b/Shoot session/2/10:00:00:00"}));
+        state.markSessionsDeleted(sessions({"gone/G/3/10:00:00:00"}));
         state.setSelectedSession(state.sessions().first());
-        state.setClips({clip("near-a", "09:59:40:00")});
-
+        state.setClips({MediaClip{"near-a", {}, {}, "09:59:40:00", 60, {}, {}, {}, {}}});
         QStringList order;
         connect(&state, &AppState::sessionsChanged, this, [&] {
             const bool matched = std::any_of(state.sessions().begin(), state.sessions().end(),
@@ -146,87 +91,55 @@ private Q_SLOTS:
         });
         connect(&state, &AppState::selectedSessionChanged, this, [&] { order.append("selection"); });
 
-        SessionSync::applyFetched(state, {session("a", "Theirs", 1, "10:00:10:00"), session("b", "B", 2, "20:00:00:00")});
+        SessionSync::applyFetched(state, sessions({"a/Theirs/1/10:00:10:00", "b/B/2/20:00:00:00", "gone/G/3/10:00:00:00"}));
         QCOMPARE(order, (QStringList{"merged", "matched", "selection"}));
-        QCOMPARE(ids(state.sessions(), &ShootSession::title), (QStringList{"B", "Mine"}));
-        QCOMPARE(state.selectedSession()->markers.first().timecode, QStringLiteral("10:00:10:00"));
+        QCOMPARE(specs(state.sessions()), (QStringList{"b/B/2/20:00:00:00", "a/Mine/1/10:00:10:00"}));
+        QCOMPARE(specs({*state.selectedSession()}), QStringList{"a/Mine/1/10:00:10:00"});
         QCOMPARE(state.selectedSession()->matchedClips.first().id, QStringLiteral("near-a"));
 
-        order.clear();
         state.setClips({});
-        state.setSelectedSession(std::nullopt);
         order.clear();
         SessionSync::applyFetched(state, {});
-        QCOMPARE(order, QStringList{"matched"});
         QVERIFY2(!state.sessions().last().matchedClips.isEmpty(), "no clips leaves earlier matches alone");
-        QCOMPARE(state.selectedSession(), std::nullopt);
+        QCOMPARE(order, (QStringList{"matched", "selection"}));
     }
 
-    // Over HTTP against the stand-in: a first sync, a deletion respected, a restore brought back
-    // with the service's title, and failed syncs changing nothing.
-    void syncAgainstTheStandin()
+    // One sync run over HTTP: the answer is applied to a signed-in state only, a refused fetch
+    // changes nothing, and a state deleted while the fetch is in flight is left alone.
+    void syncRuns_data()
     {
-        QString error;
-        auto data = StandinData::fromJson(R"({"sessions": [
-            {"share_token": "new", "title": "Newest", "created_days_ago": 0, "created_time": "08:00:00", "markers": []},
-            {"share_token": "old", "title": "Service title", "created_days_ago": 2, "created_time": "08:00:00", "markers": []}]})",
-                                          QDateTime::currentDateTime(), &error);
-        QVERIFY2(data, qPrintable(error));
-        auto standin = std::make_unique<ServiceStandin>(*data, QStringLiteral("111111"));
-        const quint16 port = standin->listenOnLoopback(0);
-        APIService api(QStringLiteral("http://127.0.0.1:%1").arg(port), testCredentials);
-        Preferences preferences(freshPreferencesFile());
-        AppState state(preferences);
-
-        QSignalSpy sessionsChanged(&state, &AppState::sessionsChanged);
-        await(SessionSync::syncSessions(state, api));
-        QCOMPARE(sessionsChanged.count(), 0);
-        QVERIFY(state.sessions().isEmpty());
-
-        QVERIFY(await(api.login(QStringLiteral("a@b.c"), QStringLiteral("111111"))).value);
-        await(SessionSync::syncSessions(state, api));
-        QVERIFY(state.sessions().isEmpty()); // an answer for a signed-out state is dropped
-        state.signIn(QStringLiteral("a@b.c"), QString());
-        await(SessionSync::syncSessions(state, api));
-        QCOMPARE(ids(state.sessions()), (QStringList{"new", "old"}));
-
-        state.markSessionsDeleted({state.sessions().last()});
-        QList<ShootSession> remaining = state.sessions();
-        remaining.removeLast();
-        state.setSessions(remaining);
-        await(SessionSync::syncSessions(state, api));
-        QCOMPARE(ids(state.sessions()), QStringList{"new"});
-
-        state.restoreDeletedSession(QStringLiteral("old"));
-        await(SessionSync::syncSessions(state, api));
-        QCOMPARE(ids(state.sessions(), &ShootSession::title), (QStringList{"Newest", "Service title"}));
-
-        // Signed out on the service's side, then the service gone: nothing changes, nothing shows.
-        state.setSelectedSession(state.sessions().first());
-        const QList<ShootSession> before = state.sessions();
-        api.keychainDelete();
-        sessionsChanged.clear();
-        QSignalSpy selectionChanged(&state, &AppState::selectedSessionChanged);
-        await(SessionSync::syncSessions(state, api));
-        standin.reset();
-        APIService unreachable(QStringLiteral("http://127.0.0.1:%1").arg(port), testCredentials);
-        await(SessionSync::syncSessions(state, unreachable));
-        QCOMPARE(sessionsChanged.count(), 0);
-        QCOMPARE(selectionChanged.count(), 0);
-        QCOMPARE(ids(state.sessions()), ids(before));
-        QCOMPARE(state.selectedSession()->id, QStringLiteral("new"));
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<QStringList>("sessions");
+        QTest::newRow("applied") << 200 << "signed in" << QStringList{"new/Newest/24/", "old/Older/0/"};
+        QTest::newRow("signed out: dropped") << 200 << "signed out" << QStringList();
+        QTest::newRow("refused: nothing changes") << 401 << "signed in" << QStringList();
+        QTest::newRow("state gone") << 200 << "gone" << QStringList();
     }
 
-    void stateGoneBeforeTheAnswer()
+    void syncRuns()
     {
-        ScriptedServer server(HttpAnswer::json({{"sessions", QJsonArray{QJsonObject{{"share_token", "a"}}}}}));
+        QFETCH(int, status);
+        QFETCH(QString, state);
+        QFETCH(QStringList, sessions);
+        ScriptedServer server({status, {{"Content-Type", "application/json"}}, R"({"sessions": [
+            {"share_token": "old", "title": "Older", "created_at": "2024-05-01T09:00:00Z"},
+            {"share_token": "new", "title": "Newest", "created_at": "2024-05-02T09:00:00Z"}]})"});
         APIService api(server.url(), testCredentials);
         Preferences preferences(freshPreferencesFile());
-        auto state = std::make_unique<AppState>(preferences);
-        QCoro::Task<> running = SessionSync::syncSessions(*state, api);
-        state.reset();
+        auto appState = std::make_unique<AppState>(preferences);
+        if (state != u"signed out")
+            appState->signIn(QStringLiteral("a@b.c"), QString());
+        QSignalSpy sessionsChanged(appState.get(), &AppState::sessionsChanged);
+        QCoro::Task<> running = SessionSync::syncSessions(*appState, api);
+        if (state == u"gone")
+            appState.reset();
         await(std::move(running));
         QCOMPARE(server.seen().size(), 1);
+        if (appState) {
+            QCOMPARE(specs(appState->sessions()), sessions);
+            QCOMPARE(sessionsChanged.count(), sessions.isEmpty() ? 0 : 1);
+        }
     }
 };
 

@@ -1,4 +1,4 @@
-vorlix_add_test(tst_servicejson SOURCES service/ServiceJsonTest.cpp)
+vorlix_add_test(tst_servicejson SOURCES service/ServiceJsonTest.cpp service/ServiceTestSupport.h LIBS vorlix_service_standin)
 vorlix_add_test(tst_apiservice SOURCES service/APIServiceTest.cpp service/ServiceTestSupport.h LIBS vorlix_service_standin)
 vorlix_add_test(tst_sessionsync SOURCES service/SessionSyncTest.cpp service/ServiceTestSupport.h LIBS vorlix_service_standin)
 vorlix_add_test(tst_servicecli SOURCES service/ServiceCliTest.cpp cli/CliRunner.h)
