@@ -1,4 +1,5 @@
 #include "MediaFixtures.h"
+#include "timecode/CaseTable.h"
 
 #include "media/AudioTrackSelector.h"
 
@@ -70,22 +71,13 @@ private Q_SLOTS:
         QCOMPARE(toolRunStatistics().launches - launchesBefore, 1);
     }
 
-    void meanVolume_data()
-    {
-        QTest::addColumn<QByteArray>("log");
-        QTest::addColumn<OptionalDouble>("expected");
-        QTest::newRow("at the very end") << QByteArray("mean_volume: -7") << OptionalDouble(-7.0);
-        QTest::newRow("first of two") << QByteArray("mean_volume: -7 dB mean_volume: -3 dB") << OptionalDouble(-7.0);
-        QTest::newRow("line break before the space") << QByteArray("mean_volume: -7\nmax_volume: -1 dB") << OptionalDouble();
-        QTest::newRow("no line") << QByteArray("Output file is empty, nothing was encoded") << OptionalDouble();
-        QTest::newRow("not UTF-8") << QByteArray("\xff\xfe mean_volume: -7 dB") << OptionalDouble();
-    }
+    void meanVolume_data() { addCaseRows(QStringLiteral("media/mean-volume.txt")); }
 
     void meanVolume()
     {
-        QFETCH(QByteArray, log);
-        QFETCH(OptionalDouble, expected);
-        QCOMPARE(meanVolumeFromLog(log), expected);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        QCOMPARE(caseText(meanVolumeFromLog(QByteArray::fromPercentEncoding(input.toUtf8()))), expected);
     }
 
     // The audio streams are numbered from 1, so the video stream before them does not count.

@@ -1,4 +1,5 @@
 #include "MediaFixtures.h"
+#include "timecode/CaseTable.h"
 
 #include "media/FootageScanner.h"
 #include "platform/Preferences.h"
@@ -46,7 +47,6 @@ class FootageScannerTest : public QObject
     QTemporaryDir m_dir;
     QString m_root;   // three media files among hidden and non-media ones
     QString m_second; // one more clip, of the other session
-    QString m_empty;
     std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<AppState> m_state;
 
@@ -58,7 +58,6 @@ private Q_SLOTS:
         QVERIFY(m_dir.isValid());
         m_root = m_dir.filePath("footage");
         m_second = m_dir.filePath("second");
-        m_empty = m_dir.filePath("empty");
         const QStringList oneSecond{"-t", "1"};
         QVERIFY(make(root("A001.mov"), video("25") + oneSecond + QStringList{"-metadata", "timecode=10:00:00:00", "-f", "nut"}));
         QVERIFY(make(root("sub/B.MOV"), video("25") + tone(1) + oneSecond + QStringList{"-timecode", "10:00:05:00"}));
@@ -66,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(make(m_second + "/D.mov", video("25") + oneSecond + QStringList{"-timecode", "12:00:00:00"}));
         for (const char *skipped : {".hidden.mov", "sub/.cache/x.mp4", "y.mxf.bak", "noext", "notes.txt"})
             QVERIFY(writeText(root(skipped), "not scanned"));
-        QVERIFY(QDir().mkpath(m_empty));
+        QVERIFY(QDir().mkpath(m_dir.filePath("empty")));
     }
 
     void init()
@@ -76,24 +75,16 @@ private Q_SLOTS:
         m_state = std::make_unique<AppState>(*m_preferences);
     }
 
-    void scanFolderEdges_data()
-    {
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QStringList>("lines");
-        QTest::newRow("empty folder") << m_empty << QStringList{"Found 0 media files...", "Scan complete: 0 clips, 0 with timecode"};
-        QTest::newRow("missing folder") << m_dir.filePath("missing") << QStringList();
-        QTest::newRow("a file, not a folder") << root("notes.txt") << QStringList();
-        QTest::newRow("trailing slash") << m_second + "/" << QStringList{"Found 1 media files...", "Reading 1/1: D.mov", "Scan complete: 1 clips, 1 with timecode"};
-    }
+    void scanFolderEdges_data() { addCaseRows(QStringLiteral("media/folder-scans.txt")); }
 
     void scanFolderEdges()
     {
-        QFETCH(QString, folder);
-        QFETCH(QStringList, lines);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
         QStringList reported;
-        const QList<MediaClip> clips = MediaScanner::shared().scanFolder(folder, [&](const QString &line) { reported.append(line); });
-        QCOMPARE(reported, lines);
-        QCOMPARE(names(clips, &MediaClip::path), lines.size() > 2 ? QStringList{m_second + "/D.mov"} : QStringList());
+        const QList<MediaClip> clips = MediaScanner::shared().scanFolder(m_dir.filePath(input), [&](const QString &line) { reported.append(line); });
+        reported += names(clips, &MediaClip::path).replaceInStrings(m_dir.path() + u'/', QString());
+        QCOMPARE(reported.join(QStringLiteral(" | ")), expected);
     }
 
     // Every scan makes new records; a merge keeps the known record of a path, first, and matches
@@ -153,7 +144,7 @@ private Q_SLOTS:
 
     void rescanOfSavedFolders()
     {
-        m_state->setFootageFolders({m_empty, m_root, m_second});
+        m_state->setFootageFolders({m_dir.filePath("empty"), m_root, m_second});
         m_state->setSessions(twoSessions());
         FootageScanner scanner(*m_state);
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);

@@ -1,5 +1,6 @@
 #include "../cli/CliRunner.h"
 #include "MediaFixtures.h"
+#include "timecode/CaseTable.h"
 
 #include "model/RecordJson.h"
 
@@ -55,24 +56,16 @@ private Q_SLOTS:
         QCOMPARE(clips, (QStringList{"A.mov: tc 09:59:00:00, fps 25, 64x36, 1 s", "B.MP4: fps 30, 64x36, 1 s"}));
     }
 
-    void failures_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("probe a missing file") << QStringList{"probe", file("footage/A.mov"), file("nope.mov")} << file("nope.mov") + ": no such file";
-        QTest::newRow("probe a folder") << QStringList{"probe", file("footage")} << file("footage") + ": not a file";
-        QTest::newRow("scan a missing folder") << QStringList{"scan", file("nowhere")} << file("nowhere") + ": no such folder";
-        QTest::newRow("scan a file") << QStringList{"scan", file("footage/A.mov")} << file("footage/A.mov") + ": not a folder";
-    }
+    void failures_data() { addCaseRows(QStringLiteral("media/cli-failures.txt")); }
 
     void failures()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, message);
-        const CliResult result = runCli(arguments);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        const CliResult result = runCli(input.split(u' ').replaceInStrings(QStringLiteral("{dir}"), m_dir.path()));
         QCOMPARE(result.exitCode, 1);
         QVERIFY(result.out.isEmpty());
-        QCOMPARE(QString::fromUtf8(result.err), message + u'\n');
+        QCOMPARE(QString::fromUtf8(result.err), QString(expected).replace(QStringLiteral("{dir}"), m_dir.path()) + u'\n');
     }
 };
 

@@ -76,8 +76,8 @@ private Q_SLOTS:
         QCOMPARE(m_scanner.getFileTimecode(file(name)), fileTimecode);
     }
 
-    // The first candidate that exists, in the list's order; with none, the fall-back name, which
-    // only the full probe launches.
+    // The first candidate that exists, in the list's order; with none, the fall-back name. The
+    // clip probe tries that name; the analysis' timecode query has no fall-back and tries nothing.
     void ffprobeLookup()
     {
         QVERIFY(writeText(file("b/ffprobe"), "") && writeText(file("c/ffprobe"), ""));

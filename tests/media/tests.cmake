@@ -1,5 +1,5 @@
 vorlix_add_test(tst_mediascanner SOURCES media/MediaScannerTest.cpp media/MediaFixtures.h timecode/CaseTable.h)
-vorlix_add_test(tst_footagescanner SOURCES media/FootageScannerTest.cpp media/MediaFixtures.h)
-vorlix_add_test(tst_audiotrackselector SOURCES media/AudioTrackSelectorTest.cpp media/MediaFixtures.h)
-vorlix_add_test(tst_mediacli SOURCES media/MediaCliTest.cpp media/MediaFixtures.h)
+vorlix_add_test(tst_footagescanner SOURCES media/FootageScannerTest.cpp media/MediaFixtures.h timecode/CaseTable.h)
+vorlix_add_test(tst_audiotrackselector SOURCES media/AudioTrackSelectorTest.cpp media/MediaFixtures.h timecode/CaseTable.h)
+vorlix_add_test(tst_mediacli SOURCES media/MediaCliTest.cpp media/MediaFixtures.h timecode/CaseTable.h)
 add_dependencies(tst_mediacli vorlix-sync-cli)

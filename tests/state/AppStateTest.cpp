@@ -94,34 +94,19 @@ private Q_SLOTS:
         QCOMPARE(described(AppState(store).deletedSessions()), (QStringList{"b Studio 12:00", "c Car 12:01"}));
     }
 
-    // The earlier store kept bare ids; they move into the current list, once. An unreadable
-    // current list counts as empty and is replaced.
-    void migratesTheEarlierDeletedList_data()
-    {
-        QTest::addColumn<QStringList>("oldIds");
-        QTest::addColumn<QByteArray>("stored");
-        QTest::addColumn<QStringList>("expected");
-        QTest::addColumn<bool>("oldKeyRemains");
-        const QByteArray storedY = R"([{"id":"y","title":"Kept","deletedAt":0}])";
-        QTest::newRow("old only") << QStringList{"x", "y"} << QByteArray() << QStringList{"x Deleted session 12:00", "y Deleted session 12:00"} << false;
-        QTest::newRow("old and new overlap") << QStringList{"x", "y"} << storedY << QStringList{"y Kept 00:00", "x Deleted session 12:00"} << false;
-        QTest::newRow("empty old list stays") << QStringList() << storedY << QStringList{"y Kept 00:00"} << true;
-        QTest::newRow("unreadable list") << QStringList{"x"} << QByteArray("{not json") << QStringList{"x Deleted session 12:00"} << false;
-    }
+    void migratesTheEarlierDeletedList_data() { addCaseRows(QStringLiteral("state/deleted-list-migration.txt")); }
 
     void migratesTheEarlierDeletedList()
     {
-        QFETCH(QStringList, oldIds);
-        QFETCH(QByteArray, stored);
-        QFETCH(QStringList, expected);
-        QFETCH(bool, oldKeyRemains);
-        preferences().setStringList(PreferenceKeys::legacyDeletedSessions, oldIds);
-        if (!stored.isEmpty())
-            preferences().setData(PreferenceKeys::deletedSessions, stored);
-        for (int start = 0; start < 2; ++start) { // a later start finds nothing more to migrate
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        preferences().setStringList(PreferenceKeys::legacyDeletedSessions, input.section(" | ", 0, 0).split(u' ', Qt::SkipEmptyParts));
+        if (const QString stored = input.section(" | ", 1); !stored.isEmpty())
+            preferences().setData(PreferenceKeys::deletedSessions, stored.toUtf8());
+        for (int start = 0; start < 2; ++start) {
             Preferences store = preferences();
-            QCOMPARE(described(AppState(store, nullptr, clock()).deletedSessions()), expected);
-            QCOMPARE(store.stringList(PreferenceKeys::legacyDeletedSessions).has_value(), oldKeyRemains);
+            const QString list = described(AppState(store, nullptr, clock()).deletedSessions()).join(", ");
+            QCOMPARE(list + (store.stringList(PreferenceKeys::legacyDeletedSessions) ? "; earlier list kept" : "; earlier list removed"), expected);
             m_now = m_now.addSecs(60);
         }
     }
@@ -129,18 +114,16 @@ private Q_SLOTS:
     void signOut_data()
     {
         QTest::addColumn<AppState::SignOutScope>("scope");
-        QTest::addColumn<bool>("keepsSessions");
-        QTest::addColumn<bool>("leavesSettingsPane");
-        QTest::newRow("session list") << AppState::SignOutScope::SessionList << false << false;
-        QTest::newRow("inline settings") << AppState::SignOutScope::InlineSettings << false << true;
-        QTest::newRow("settings window") << AppState::SignOutScope::SettingsWindow << true << false;
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("session list") << AppState::SignOutScope::SessionList << "sessions cleared, selection cleared, settings shown";
+        QTest::newRow("inline settings") << AppState::SignOutScope::InlineSettings << "sessions cleared, selection cleared, settings left";
+        QTest::newRow("settings window") << AppState::SignOutScope::SettingsWindow << "sessions kept, selection kept, settings shown";
     }
 
     void signOut()
     {
         QFETCH(AppState::SignOutScope, scope);
-        QFETCH(bool, keepsSessions);
-        QFETCH(bool, leavesSettingsPane);
+        QFETCH(QString, expected);
         Preferences store = preferences();
         AppState state(store);
         state.signIn(QStringLiteral("ed@example.com"), QStringLiteral("Ed"));
@@ -153,9 +136,8 @@ private Q_SLOTS:
         state.signOut(scope);
         QVERIFY(!state.isLoggedIn() && state.userEmail().isEmpty() && state.userName().isEmpty());
         QVERIFY(!store.string(PreferenceKeys::email) && !store.string(PreferenceKeys::name));
-        QCOMPARE(state.sessions().isEmpty(), !keepsSessions);
-        QCOMPARE(state.selectedSession().has_value(), keepsSessions);
-        QCOMPARE(state.showSettings(), !leavesSettingsPane);
+        QCOMPARE(QStringList({state.sessions().isEmpty() ? "sessions cleared" : "sessions kept", state.selectedSession() ? "selection kept" : "selection cleared",
+                              state.showSettings() ? "settings shown" : "settings left"}).join(", "), expected);
         QVERIFY2(state.footageFolders().size() == 1 && state.deletedSessions().size() == 1, "signing out touched the folders or the deleted list");
     }
 };

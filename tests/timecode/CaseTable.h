@@ -26,10 +26,8 @@ inline void addCaseRows(const QString &table)
 template<typename T>
 QString caseText(const std::optional<T> &value)
 {
-    if (!value)
-        return QStringLiteral("-");
     if constexpr (std::is_floating_point_v<T>)
-        return QString::number(*value, 'g', 12);
+        return value ? QString::number(*value, 'g', 12) : QStringLiteral("-");
     else
-        return QVariant::fromValue(*value).toString();
+        return value ? QVariant::fromValue(*value).toString() : QStringLiteral("-");
 }
