@@ -194,8 +194,7 @@ private Q_SLOTS:
         QAction *action = withText(signedIn()->toolBar()->actions(), u"Analyse Footage"_s);
         QVERIFY2(action, "the toolbar has no Analyse Footage action");
         action->trigger();
-        QCOMPARE(m_shell->desktop.openRequests.last().message, u"Select footage files or a folder to analyse with AI"_s);
-        QVERIFY(m_shell->desktop.openRequests.last().allowsFolders);
+        QCOMPARE(m_shell->desktop.asked, QStringList{u"files or folders: Select footage files or a folder to analyse with AI"_s});
         QCOMPARE(state().sessions().size(), 5);
         const ShootSession created = state().sessions().first();
         QCOMPARE(created.title, u"interview"_s);

@@ -11,63 +11,57 @@
 #include <QTemporaryDir>
 #include <deque>
 #include <memory>
-#include <optional>
 
-// Plays the person at the dialogs: answers folder panels and alerts from a script and keeps
-// what was asked.
+// Plays the person at the dialogs: answers panels and alerts from a script and writes down what
+// was asked, one line each. A panel whose answer is empty, or that has none left, is cancelled.
 class ScriptedDesktop : public Desktop
 {
 public:
-    std::deque<std::optional<QString>> folderAnswers; // nullopt: the panel is cancelled
+    QStringList asked;
+    std::deque<QString> folderAnswers;
+    std::deque<QString> saveAnswers;
+    std::deque<QList<QUrl>> fileAnswers;
     bool confirmAnswer = true;
-    QList<Confirmation> asked;
-    QList<QUrl> opened;
-    std::deque<std::optional<QString>> saveAnswers; // nullopt: the panel is cancelled
-    QList<SaveRequest> saveRequests;
     bool primaryAnswer = false;
-    QList<Notice> notices;
-    std::deque<QList<QUrl>> fileAnswers; // empty list: the panel is cancelled
-    QList<OpenRequest> openRequests;
 
-    // The next scripted answer; with none left the panel is cancelled.
     template <typename T>
     static T next(std::deque<T> &answers)
     {
-        T answer{};
-        if (!answers.empty()) {
-            std::swap(answer, answers.front());
-            answers.pop_front();
-        }
+        if (answers.empty())
+            return {};
+        T answer = std::move(answers.front());
+        answers.pop_front();
         return answer;
     }
 
-    void chooseFolder(const QString &, std::function<void(const QString &)> onChosen) override
+    void chooseFolder(const QString &message, std::function<void(const QString &)> onChosen) override
     {
-        if (const std::optional<QString> answer = next(folderAnswers))
-            onChosen(*answer);
+        asked.append("folder: " + message);
+        if (const QString answer = next(folderAnswers); !answer.isEmpty())
+            onChosen(answer);
     }
     void confirm(const Confirmation &question, std::function<void()> onConfirmed) override
     {
-        asked.append(question);
+        asked.append("confirm: " + question.title + " | " + question.message + " | " + question.confirmLabel);
         if (confirmAnswer)
             onConfirmed();
     }
-    void openUrl(const QUrl &url) override { opened.append(url); }
+    void openUrl(const QUrl &url) override { asked.append("browser: " + url.toString()); }
     void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
     {
-        saveRequests.append(request);
-        if (const std::optional<QString> answer = next(saveAnswers))
-            onChosen(*answer);
+        asked.append("save: " + request.defaultName);
+        if (const QString answer = next(saveAnswers); !answer.isEmpty())
+            onChosen(answer);
     }
     void inform(const Notice &notice, std::function<void()> onPrimary) override
     {
-        notices.append(notice);
+        asked.append("notice: " + notice.title + " | " + notice.message + " | " + notice.primaryLabel + " | " + notice.secondaryLabel);
         if (primaryAnswer)
             onPrimary();
     }
     void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &)> onChosen) override
     {
-        openRequests.append(request);
+        asked.append((request.allowsFolders ? "files or folders: " : "files: ") + request.message);
         if (const QList<QUrl> answer = next(fileAnswers); !answer.isEmpty())
             onChosen(answer);
     }
@@ -84,12 +78,12 @@ inline ShootSession makeSession(const QString &id, const QString &title, const Q
 
 // A temporary preferences file, the state on it, and (once a backend exists) a main window.
 struct ShellFixture {
-    ShellFixture() : preferences(dir.filePath(QStringLiteral("settings.ini"))), state(preferences)
+    ShellFixture() : preferences(dir.filePath("settings.ini")), state(preferences)
     {
         state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     }
 
-    void open(ShellBackend &backend, const QUrl &serviceUrl = QUrl(QStringLiteral("http://127.0.0.1:8765")))
+    void open(ShellBackend &backend, const QUrl &serviceUrl = QUrl("http://127.0.0.1:8765"))
     {
         window = std::make_unique<ContentView>(state, backend, desktop, ServiceLinks::forBaseUrl(serviceUrl));
         window->show();

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QPushButton>
 #include <QString>
+#include <QTest>
 #include <algorithm>
 
 // How long a screen test waits for what it expects. A met wait ends at once; the limits are
