@@ -1,10 +1,10 @@
 #include "cli/CliRunner.h"
 #include "cli/StandinProcess.h"
 #include "media/MediaFixtures.h"
+#include "model/RecordJson.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 using namespace MediaFixtures;
@@ -45,11 +45,10 @@ private Q_SLOTS:
                                         "Visual analysis (1/1): plain.mov...\n"));
         QCOMPARE(result.exitCode, 0);
 
-        const QJsonArray sessions = QJsonDocument::fromJson(run({"sessions"}).out).array();
-        const auto analysed = std::find_if(sessions.begin(), sessions.end(),
-                                           [](const QJsonValue &session) { return session["id"] == QLatin1String("cli-token"); });
-        QVERIFY2(analysed != sessions.end(), "the service lists no session cli-token");
-        QCOMPARE(analysed->toObject().value("markers").toArray().size(), 2);
+        const auto sessions = RecordJson::sessionsFromJson(QJsonDocument::fromJson(run({"sessions"}).out).array());
+        QVERIFY2(sessions && std::any_of(sessions->begin(), sessions->end(),
+                                         [](const ShootSession &session) { return session.id == u"cli-token" && session.markers.size() == 2; }),
+                 "the service lists no session cli-token with the two markers");
 
         result = run({"analyse", "--session-token", "t", "--fps", "2.5", m_media.filePath("plain.mov")});
         QCOMPARE(result.err, QByteArray("--fps must be a whole number from 1 to 1000\n"));

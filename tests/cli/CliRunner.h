@@ -6,8 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QProcessEnvironment>
-#include <QStringList>
 #include <QTest>
 
 // The keyring item the tool keeps its login in when a test program runs it: one of the
@@ -18,24 +16,18 @@ inline CredentialStore cliCredentials()
     return CredentialStore(QStringLiteral("io.vorlix.sync.") + name, name);
 }
 
-// The test program's environment with the tool pointed at cliCredentials().
-inline QProcessEnvironment cliEnvironment()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("VORLIX_KEYRING_SERVICE"), cliCredentials().service());
-    environment.insert(QStringLiteral("VORLIX_KEYRING_ACCOUNT"), cliCredentials().account());
-    return environment;
-}
-
-// Runs the built vorlix-sync-cli (its path comes from CTest) the way a script would.
 struct CliResult {
     int exitCode = -1;
     QByteArray out;
     QByteArray err;
 };
 
-inline CliResult runCli(const QStringList &arguments, const QProcessEnvironment &environment = cliEnvironment())
+// Runs the built vorlix-sync-cli (its path comes from CTest) the way a script would, with its
+// login in cliCredentials().
+inline CliResult runCli(const QStringList &arguments, QProcessEnvironment environment = QProcessEnvironment::systemEnvironment())
 {
+    environment.insert(QStringLiteral("VORLIX_KEYRING_SERVICE"), cliCredentials().service());
+    environment.insert(QStringLiteral("VORLIX_KEYRING_ACCOUNT"), cliCredentials().account());
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(qEnvironmentVariable("VORLIX_CLI"), arguments);

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QProcess>
-#include <QStringList>
-#include <QTest>
 
 // The stand-in program (its path comes from CTest) as a child process on a free loopback port,
 // for the command-line tests, which talk to it from another process.
@@ -20,12 +18,10 @@ public:
     {
         m_process.start(qEnvironmentVariable("VORLIX_STANDIN"), {"--port", "0", "--code", code});
         const QByteArray line = readLine();
-        if (!line.startsWith("Listening on http://127.0.0.1:")) {
-            qWarning("the stand-in did not start listening: \"%s\"", line.constData());
-            return false;
-        }
         m_url = QString::fromLatin1(line.mid(line.indexOf("http://")));
-        return true;
+        if (!line.startsWith("Listening on http://127.0.0.1:"))
+            qWarning("the stand-in did not start listening: \"%s\"", line.constData());
+        return line.startsWith("Listening on http://127.0.0.1:");
     }
 
     // Its next line of output, without the line feed; empty when none came within 30 s.
@@ -40,10 +36,7 @@ public:
     QProcess &process() { return m_process; }
 
     // `arguments` aimed at this stand-in.
-    QStringList withService(const QStringList &arguments) const
-    {
-        return QStringList{QStringLiteral("--service-url"), m_url} + arguments;
-    }
+    QStringList withService(const QStringList &arguments) const { return QStringList{QStringLiteral("--service-url"), m_url} + arguments; }
 
 private:
     QProcess m_process;

@@ -30,7 +30,6 @@ class APIServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { testCredentials.remove(); }
     void cleanupTestCase() { testCredentials.remove(); }
 
     // Each operation's request as sent (the share token percent-encoded as a path segment). The
@@ -59,7 +58,7 @@ private Q_SLOTS:
     }
 
     // How each operation judges an answer or its absence, and what stays stored afterwards.
-    void answers_data() { addServiceCases(QLatin1StringView("http")); }
+    void answers_data() { addDataCases(QStringLiteral("service/service-answers.json"), QLatin1StringView("http")); }
 
     void answers()
     {
@@ -79,12 +78,8 @@ private Q_SLOTS:
             tcp.close();
         connect(&tcp, &QTcpServer::newConnection, this, [&] {
             QTcpSocket *socket = tcp.nextPendingConnection();
-            if (server == u"garbage") {
-                connect(socket, &QTcpSocket::readyRead, socket, [socket] {
-                    socket->write("SSH-2.0-OpenSSH\r\n\r\n");
-                    socket->disconnectFromHost();
-                });
-            }
+            if (server == u"garbage")
+                socket->write("SSH-2.0-OpenSSH\r\n\r\n");
         });
         const APITimeLimits limits = server == u"silent" ? APITimeLimits{300ms, 300ms, 300ms, 300ms} : APITimeLimits{};
         APIService api(url, testCredentials, limits);

