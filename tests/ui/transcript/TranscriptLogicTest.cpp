@@ -1,26 +1,18 @@
 #include "ui/transcript/SegmentSelection.h"
 #include "ui/transcript/SpeakerRun.h"
+#include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptSource.h"
+#include "ui/transcript/WordWidthCache.h"
 #include "ui/transcript/WrappingHStack.h"
 
 #include <QTest>
 
 namespace {
 
-TranscriptSegment segment(const QString &id, const QString &speaker = {})
-{
-    TranscriptSegment s;
-    s.id = id;
-    s.speaker = speaker;
-    s.timecode = QStringLiteral("10:00:00:") + id.right(2).rightJustified(2, u'0');
-    return s;
-}
-
 ShootMarker marker(const QString &id, int minute, std::optional<QString> raw)
 {
     ShootMarker m;
     m.id = id;
-    m.markerType = QStringLiteral("log");
     m.timecode = QStringLiteral("10:%1:00:00").arg(minute, 2, 10, QChar(u'0'));
     m.raw = std::move(raw);
     m.createdAt = QDateTime(QDate(2026, 11, 20), QTime(9, minute), Qt::UTC);
@@ -39,33 +31,6 @@ class TranscriptLogicTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void speakerRuns_data()
-    {
-        QTest::addColumn<QStringList>("speakers");
-        QTest::addColumn<QStringList>("runs"); // speaker and length of each run
-        QTest::newRow("empty") << QStringList{} << QStringList{};
-        QTest::newRow("A A B A") << QStringList{"A", "A", "B", "A"} << QStringList{"A 2", "B 1", "A 1"};
-        QTest::newRow("exact comparison") << QStringList{"SPEAKER A", "Speaker A", "Speaker A"} << QStringList{"SPEAKER A 1", "Speaker A 2"};
-    }
-
-    void speakerRuns()
-    {
-        QFETCH(QStringList, speakers);
-        QFETCH(QStringList, runs);
-        QList<TranscriptSegment> input;
-        for (qsizetype i = 0; i < speakers.size(); ++i)
-            input.append(segment(QString::number(i + 10), speakers[i]));
-        QStringList built;
-        qsizetype first = 0;
-        for (const SpeakerRun &run : buildSpeakerRuns(input)) {
-            built.append(run.speaker + u' ' + QString::number(run.segments.size()));
-            QCOMPARE(run.timecode, input[first].timecode); // a run starts at its first utterance
-            QCOMPARE(run.segments.first().id, input[first].id);
-            first += run.segments.size();
-        }
-        QCOMPARE(built, runs);
-    }
-
     void speakerLabelAndColour_data()
     {
         QTest::addColumn<QString>("speaker");
@@ -163,17 +128,6 @@ private Q_SLOTS:
         QCOMPARE(selection.segmentGrades, expectedGrades);
     }
 
-    // An unknown grade falls back to the ungraded colour; a range on offer outshines the selection.
-    void chipColoursAndStates()
-    {
-        const Rgb ungraded = highlightColor("x", {});
-        QCOMPARE(highlightColor("x", QHash<QString, QString>{{"x", "D"}}), ungraded);
-        QVERIFY(!(highlightColor("x", QHash<QString, QString>{{"x", "A"}}) == ungraded));
-        QCOMPARE(chipState("x", {"x"}, {}), ChipState::Selected);
-        QCOMPARE(chipState("x", {"x"}, {"x"}), ChipState::Highlighted);
-        QCOMPARE(chipState("y", {"x"}, {}), ChipState::Plain);
-    }
-
     void segmentsBetween_data()
     {
         QTest::addColumn<QString>("from");
@@ -193,7 +147,7 @@ private Q_SLOTS:
         QFETCH(QStringList, range);
         QList<TranscriptSegment> all;
         for (const char *id : {"a", "b", "c", "d", "dup", "e", "dup"})
-            all.append(segment(QString::fromLatin1(id)));
+            all.emplace_back().id = QString::fromLatin1(id);
         QCOMPARE(::segmentsBetween(all, from, to), setOf(range));
     }
 
@@ -245,7 +199,26 @@ private Q_SLOTS:
         QCOMPARE(placement.size.width(), available);
         QCOMPARE(placement.size.height(), height);
     }
+
+    // Chips are measured word by word from a cache; the sum must match the sentence.
+    void wordWidthsAddUpToTheSentence_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("repeated words") << "the the the the the ";
+        QTest::newRow("blanks everywhere") << "  two  blanks   ";
+        QTest::newRow("tab inside") << "a\tb c ";
+        QTest::newRow("accents") << "Zoë went to Malmö, naïvely. ";
+    }
+
+    void wordWidthsAddUpToTheSentence()
+    {
+        QFETCH(QString, text);
+        const QFont font = SpeakerRunView::chipFont();
+        WordWidthCache cache(font);
+        cache.width("warm the cache with the same words ");
+        QVERIFY2(qAbs(cache.width(text) - QFontMetricsF(font).horizontalAdvance(text)) < 1.0, "the words' widths differ from the sentence's");
+    }
 };
 
-QTEST_APPLESS_MAIN(TranscriptLogicTest)
+QTEST_MAIN(TranscriptLogicTest)
 #include "TranscriptLogicTest.moc"
