@@ -4,7 +4,6 @@
 #include "media/AudioTrackSelector.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace MediaFixtures;
 

@@ -7,7 +7,6 @@
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 #include <QThreadPool>
 

@@ -4,7 +4,6 @@
 #include "media/MediaScanner.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace MediaFixtures;
 
