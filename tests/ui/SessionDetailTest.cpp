@@ -13,6 +13,7 @@
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
+#include "model/RecordJson.h"
 #include "platform/NotificationCenter.h"
 #include "ui/MarkerRow.h"
 #include "ui/SessionDetailView.h"
@@ -23,6 +24,8 @@
 #include <QContextMenuEvent>
 #include <QCoro/QCoroSignal>
 #include <QFileDialog>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -44,46 +47,25 @@ Q_SIGNALS:
     void transcriptReleased();
 };
 
-ShootMarker marker(const QString &id, const QString &type, const QString &timecode)
+// The harbour session (four markers of different kinds) and its interview (speakers A, A, B, B,
+// A: three runs, the last a second run of A), as stored in the records' JSON form.
+QJsonObject harbourData()
 {
-    ShootMarker m;
-    m.id = id;
-    m.markerType = type;
-    m.timecode = timecode;
-    return m;
+    QFile file(QStringLiteral(VORLIX_TEST_DATA "/ui/harbour.json"));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
 ShootSession harbour()
 {
-    ShootSession session = makeSession(u"harbour"_s, u"Harbour day"_s, QDateTime(QDate(2026, 11, 20), QTime(8, 0), Qt::UTC));
-    session.markers = {marker(u"m1"_s, u"log"_s, u"10:00:01:00"_s), marker(u"m2"_s, u"earmark"_s, u"10:00:05:00"_s),
-                       marker(u"m3"_s, u"earmark"_s, u"10:00:09:00"_s), marker(u"m4"_s, u"inout"_s, u"10:00:12:00"_s)};
-    session.markers[0].summary = u"Boats come in"_s;
-    session.markers[1].raw = u"we sailed at dawn"_s;
-    session.markers[1].quote = u"At dawn"_s;
-    session.markers[2].raw = u"[no speech]"_s;
-    session.markers[3].timecodeOut = u"10:00:20:00"_s;
-    return session;
+    return RecordJson::sessionFromJson(harbourData().value(u"session"_s)).value_or(ShootSession());
+}
+
+QList<TranscriptSegment> interview()
+{
+    return RecordJson::segmentsFromJson(harbourData().value(u"transcript"_s)).value_or(QList<TranscriptSegment>());
 }
 
 const ShootSession second = makeSession(u"second"_s, u"Second"_s, QDateTime(QDate(2026, 11, 21), QTime(8, 0), Qt::UTC));
-
-// Speakers A, A, B, B, A: three runs, the last a second run of A; one line every 3 s.
-QList<TranscriptSegment> interview()
-{
-    const char *const lines[][2] = {{"SPEAKER A", "So tell me where it started."}, {"SPEAKER A", "Take your time."},
-                                    {"SPEAKER B", "It started in my grandfather's workshop, in 1986."},
-                                    {"SPEAKER B", "I was nine."}, {"SPEAKER A", "And the first boat?"}};
-    QList<TranscriptSegment> segments;
-    for (const auto &[speaker, text] : lines) {
-        TranscriptSegment &s = segments.emplace_back();
-        s.id = u's' + QString::number(segments.size());
-        s.speaker = QString::fromUtf8(speaker);
-        s.text = QString::fromUtf8(text);
-        s.timecode = u"10:00:%1:00"_s.arg(3 * segments.size(), 2, 10, QChar(u'0'));
-    }
-    return segments;
-}
 
 QByteArray contents(const QString &path)
 {
@@ -302,96 +284,79 @@ private Q_SLOTS:
         QVERIFY(withText<QLabel>(screen.view.get(), u"13s"_s));
     }
 
-    void transcriptLoadsOnFirstShowingOnly()
+    // The tab fetches on its first showing; what it shows then: the service's transcript, else
+    // the markers' heard words, else a notice (and then it asks again on the next showing).
+    void transcriptTab_data()
     {
+        QTest::addColumn<int>("answer"); // 0 the transcript, 1 an empty one, 2 a failure
+        QTest::addColumn<bool>("markerWords");
+        QTest::addColumn<QString>("firstChip");
+        QTest::addColumn<int>("fetches"); // after showing the tab twice
+        QTest::newRow("transcript") << 0 << true << u"s1"_s << 1;
+        QTest::newRow("empty answer") << 1 << true << u"m2"_s << 1;
+        QTest::newRow("failed fetch") << 2 << true << u"m2"_s << 1;
+        QTest::newRow("failed fetch, no marker words") << 2 << false << QString() << 2;
+    }
+
+    void transcriptTab()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, markerWords);
+        QFETCH(QString, firstChip);
+        QFETCH(int, fetches);
         Screen screen;
         screen.holdTranscript = true;
-        QVERIFY(screen.transcriptRequests.isEmpty()); // the markers tab comes first
-        screen.showTab(1);
-        QTRY_VERIFY2_WITH_TIMEOUT(screen.shown(u"Loading transcript..."_s), "the transcript tab does not show the fetch", screenWait);
-        QCOMPARE(screen.transcriptRequests, QStringList{u"harbour"_s});
-        Q_EMIT screen.gate.transcriptReleased();
-        QTRY_VERIFY2_WITH_TIMEOUT(runOf(screen.view.get(), u"s1"_s), "the fetched transcript is not shown", screenWait);
-        QVERIFY(!screen.shown(u"Loading transcript..."_s));
-        QCOMPARE(screen.view->findChildren<SpeakerRunView *>().size(), 3);
-        screen.showTab(0);
-        screen.showTab(1);
-        QCOMPARE(screen.transcriptRequests.size(), 1);
-    }
-
-    void transcriptFallsBackToMarkers_data()
-    {
-        QTest::addColumn<bool>("fails"); // else the service answers an empty transcript
-        QTest::addColumn<bool>("markerWords");
-        QTest::newRow("empty answer") << false << true;
-        QTest::newRow("failed fetch") << true << true;
-        QTest::newRow("failed fetch, no marker words") << true << false;
-    }
-
-    void transcriptFallsBackToMarkers()
-    {
-        QFETCH(bool, fails);
-        QFETCH(bool, markerWords);
-        Screen screen;
-        screen.transcript = fails ? std::nullopt : std::optional(QList<TranscriptSegment>());
+        screen.transcript = answer == 0 ? std::optional(interview()) : answer == 1 ? std::optional(QList<TranscriptSegment>()) : std::nullopt;
         if (!markerWords)
             QVERIFY2(screen.select(second), "the screen did not follow the selection");
+        QVERIFY(screen.transcriptRequests.isEmpty()); // the markers tab comes first
         screen.showTab(1);
-        QTRY_VERIFY2_WITH_TIMEOUT(!screen.transcriptRequests.isEmpty() && !screen.shown(u"Loading transcript..."_s), "no transcript fetched", screenWait);
-        // The earmark with heard words becomes the one utterance, without a speaker.
-        SpeakerRunView *run = runOf(screen.view.get(), u"m2"_s);
-        QCOMPARE(run && run->run().speaker.isEmpty() && run->run().segments.size() == 1, markerWords);
-        QCOMPARE(screen.shown(u"No transcript available"_s), !markerWords);
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.shown(u"Loading transcript..."_s), "the tab does not show the fetch", screenWait);
+        Q_EMIT screen.gate.transcriptReleased();
+        QTRY_VERIFY2_WITH_TIMEOUT(!screen.shown(u"Loading transcript..."_s), "the fetch did not end", screenWait);
+        const QList<SpeakerRunView *> runs = screen.view->findChildren<SpeakerRunView *>();
+        QCOMPARE(runs.size(), answer == 0 ? 3 : markerWords ? 1 : 0);
+        QCOMPARE(runs.isEmpty() ? QString() : runs.first()->run().segments.first().id, firstChip);
+        QCOMPARE(!runs.isEmpty() && runs.first()->run().speaker.isEmpty(), answer != 0 && markerWords); // the markers' words have no speaker
+        QCOMPARE(screen.shown(u"No transcript available"_s), runs.isEmpty());
+        screen.showTab(0);
+        screen.showTab(1);
+        Q_EMIT screen.gate.transcriptReleased();
+        QCOMPARE(screen.transcriptRequests, QStringList(fetches, screen.view->session().id));
     }
 
-    void rangeOffer_data()
+    void pickingInTheTranscript()
     {
-        QTest::addColumn<bool>("accept");
-        QTest::newRow("select the range") << true;
-        QTest::newRow("dismiss the offer") << false;
-    }
-
-    void rangeOffer()
-    {
-        QFETCH(bool, accept);
         Screen screen;
         QVERIFY2(screen.showTranscript(), "the transcript did not load");
         const QPointer<QWidget> transcript = screen.transcriptView();
+        QCOMPARE(menuEntries(openMenu(transcript, u"s4"_s)), (QStringList{u"Grade A"_s, u"Grade B"_s, u"Grade C"_s, u"--"_s}));
         QVERIFY(click(transcript, u"s2"_s, Qt::ShiftModifier)); // nothing to anchor on: a plain click
         QVERIFY(chooseFromMenu(transcript, u"s2"_s, u"Grade C"_s));
-        QVERIFY(click(transcript, u"s5"_s, Qt::ShiftModifier)); // across runs
-        QCOMPARE(screen.selected(), QSet<QString>{u"s2"_s});
-        QPushButton *offer = withText(transcript, u"Select 4"_s);
-        QVERIFY2(offer && offer->isVisible(), "no offer of the range s2-s5");
-        QVERIFY(click(transcript, u"s4"_s, Qt::ShiftModifier)); // replaces the range
-        QCOMPARE(offer->text(), u"Select 3"_s);
+        QCOMPARE(menuEntries(openMenu(transcript, u"s2"_s)), (QStringList{u"Grade A"_s, u"Grade B"_s, u"Grade C ✓"_s, u"--"_s, u"Remove select"_s}));
 
-        QAbstractButton *answer = accept ? static_cast<QAbstractButton *>(offer) : withText<QToolButton>(transcript, QString());
-        QTest::mouseClick(answer, Qt::LeftButton);
-        QCOMPARE(screen.selected(), accept ? (QSet<QString>{u"s2"_s, u"s3"_s, u"s4"_s}) : QSet<QString>{u"s2"_s});
-        QCOMPARE(screen.view->selects()->segmentGrades(), (QHash<QString, QString>{{u"s2"_s, u"C"_s}}));
-        QVERIFY(!offer->isVisible());
-    }
-
-    void gradingFromTheMenu()
-    {
-        Screen screen;
-        QVERIFY2(screen.showTranscript(), "the transcript did not load");
-        QCOMPARE(menuEntries(openMenu(screen.view.get(), u"s4"_s)), (QStringList{u"Grade A"_s, u"Grade B"_s, u"Grade C"_s, u"--"_s}));
-        QVERIFY(chooseFromMenu(screen.view.get(), u"s1"_s, u"Grade A"_s));
-        QVERIFY(chooseFromMenu(screen.view.get(), u"s4"_s, u"Grade B"_s));
-        QCOMPARE(screen.selected(), (QSet<QString>{u"s1"_s, u"s4"_s}));
-        QCOMPARE(menuEntries(openMenu(screen.view.get(), u"s4"_s)),
-                 (QStringList{u"Grade A"_s, u"Grade B ✓"_s, u"Grade C"_s, u"--"_s, u"Remove select"_s}));
-        QVERIFY(chooseFromMenu(screen.view.get(), u"s4"_s, u"Remove select"_s));
-        QCOMPARE(screen.view->selects()->segmentGrades(), (QHash<QString, QString>{{u"s1"_s, u"A"_s}}));
+        // A shift-click offers the range from the smallest select, across runs; a further one
+        // replaces the range. Dismissed, then accepted.
+        for (const bool accept : {false, true}) {
+            QVERIFY(click(transcript, u"s5"_s, Qt::ShiftModifier));
+            QPushButton *offer = withText(transcript, u"Select 4"_s);
+            QVERIFY2(offer && offer->isVisible(), "no offer of the range s2-s5");
+            QVERIFY(click(transcript, u"s4"_s, Qt::ShiftModifier));
+            QCOMPARE(offer->text(), u"Select 3"_s);
+            QTest::mouseClick(accept ? static_cast<QAbstractButton *>(offer) : withText<QToolButton>(transcript, QString()), Qt::LeftButton);
+            QVERIFY(!offer->isVisible());
+            QCOMPARE(screen.selected(), accept ? (QSet<QString>{u"s2"_s, u"s3"_s, u"s4"_s}) : QSet<QString>{u"s2"_s});
+        }
+        QVERIFY(chooseFromMenu(transcript, u"s3"_s, u"Grade A"_s));
+        QVERIFY(chooseFromMenu(transcript, u"s2"_s, u"Remove select"_s));
+        QCOMPARE(screen.view->selects()->segmentGrades(), (QHash<QString, QString>{{u"s3"_s, u"A"_s}}));
 
         // The transcript follows a selection the host sets, ids it does not show included.
         SegmentSelection chosen;
         chosen.selectedSegmentIds = {u"s1"_s, u"gone"_s};
         screen.view->selects()->setSelection(chosen);
         QVERIFY(screen.shown(u"2 selects"_s));
-        QVERIFY(click(screen.view.get(), u"s1"_s));
+        QVERIFY(click(transcript, u"s1"_s));
         QCOMPARE(screen.selected(), QSet<QString>{u"gone"_s});
     }
 

@@ -1,9 +1,8 @@
+#include "timecode/CaseTable.h"
 #include "ui/LoginRules.h"
 #include "ui/ServiceLinks.h"
 #include "ui/SessionListLogic.h"
 #include "ui/SettingsLogic.h"
-
-#include <QTest>
 
 using namespace SessionListLogic;
 
@@ -24,34 +23,18 @@ class UiLogicTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loginRules_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("email");
-        QTest::addColumn<bool>("code");
-        QTest::newRow("address") << "anna@example.com" << true << false;
-        QTest::newRow("blanks around") << " \tanna@example.com \t" << true << false;
-        QTest::newRow("dot before at") << "anna.b@localhost" << true << false;
-        QTest::newRow("no dot after at") << "anna@localhost" << false << false;
-        QTest::newRow("no at") << "anna.example.com" << false << false;
-        QTest::newRow("bare symbols") << ".@" << true << false;
-        QTest::newRow("inner newline still counts") << "a@b\n.c" << true << false;
-        QTest::newRow("six digits") << "123456" << false << true;
-        QTest::newRow("five") << "12345" << false << false;
-        QTest::newRow("seven") << "1234567" << false << false;
-        QTest::newRow("letter") << "12a456" << false << false;
-        QTest::newRow("arabic-indic") << QString::fromUtf8("١٢٣٤٥٦") << false << true;
-        QTest::newRow("vulgar fraction") << QString::fromUtf8("12345½") << false << true;
-        QTest::newRow("combining mark is one character") << QStringLiteral("123456\u0301") << false << true;
-        QTest::newRow("only blanks") << " \t " << false << false;
-    }
+    void loginRules_data() { addCaseRows(QStringLiteral("ui/login-rules.txt")); }
     void loginRules()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, email);
-        QFETCH(bool, code);
-        QCOMPARE(LoginRules::isValidEmail(text), email);
-        QCOMPARE(LoginRules::isValidCode(text), code);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        const QString text = QString(input).replace(QLatin1String("\\t"), QLatin1String("\t")).replace(QLatin1String("\\n"), QLatin1String("\n"));
+        QStringList accepted;
+        if (LoginRules::isValidEmail(text))
+            accepted.append(QStringLiteral("address"));
+        if (LoginRules::isValidCode(text))
+            accepted.append(QStringLiteral("code"));
+        QCOMPARE(accepted.isEmpty() ? QStringLiteral("neither") : accepted.join(u" and "), expected);
     }
 
     void groupsByLocalDayNewestFirst()
@@ -76,34 +59,12 @@ private Q_SLOTS:
         QCOMPARE(german.toString(today, mediumDateFormat(german)), QStringLiteral("18. Nov. 2026"));
     }
 
-    // Ids no longer listed and an empty selection; the usual texts are checked on the list itself.
-    void deleteAlertTextsAtTheEdges()
-    {
-        const QList<ShootSession> sessions{session("a"), session("b")};
-        QCOMPARE(deleteAlertTitle({"zz"}), QStringLiteral("Delete session?"));
-        QCOMPARE(deleteAlertMessage({"zz"}, sessions), QStringLiteral("Are you sure you want to delete 1 sessions? This can't be undone."));
-        QCOMPARE(deleteAlertTitle({}), QStringLiteral("Delete 0 sessions?"));
-        QCOMPARE(deleteAlertMessage({}, sessions), QStringLiteral("Are you sure you want to delete 0 sessions? This can't be undone."));
-    }
-
-    void initials_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("email");
-        QTest::addColumn<QString>("initials");
-        QTest::newRow("three words") << "anna maria smith" << "" << "AM";
-        QTest::newRow("one word") << "anna" << "x@y.z" << "A";
-        QTest::newRow("email") << "" << "jo@example.com" << "J";
-        QTest::newRow("both empty") << "" << "" << "";
-        QTest::newRow("blanks only name") << "   " << "jo@example.com" << "";
-        QTest::newRow("extra blanks") << "  ella   fitz " << "" << "EF";
-    }
+    void initials_data() { addCaseRows(QStringLiteral("ui/initials.txt")); }
     void initials()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, email);
-        QFETCH(QString, initials);
-        QCOMPARE(SettingsLogic::initials(name, email), initials);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        QCOMPARE(SettingsLogic::initials(input.section(QLatin1String(" | "), 0, 0), input.section(QLatin1String(" | "), 1)), expected);
     }
 
     void displayNameAndDeletedOrder()
