@@ -70,7 +70,7 @@ class ServiceScreensTest : public QObject
         QVERIFY2(login, "the login screen is not shown");
         const QList<QLineEdit *> fields = login->findChildren<QLineEdit *>();
         if (!login->codeSent()) {
-            QTest::keyClicks(fields.at(0), u"editor@example.com"_s);
+            fields.at(0)->setText(u"editor@example.com"_s);
             QTest::mouseClick(withText(login.data(), u"Send login code"_s), Qt::LeftButton);
             QTRY_VERIFY2_WITH_TIMEOUT(login && login->codeSent(), "the service did not confirm sending a code", screenWait);
         }
@@ -122,19 +122,30 @@ private Q_SLOTS:
         m_standin.reset();
     }
 
-    // A refused code, the sign-in, the first sync, a deletion a sync does not undo, the restore
-    // that brings the session back, and signing out.
+    // The login screen's steps, a refused code, the sign-in, the first sync, a deletion a sync
+    // does not undo, the restore that brings the session back, and signing out.
     void signInSyncRestoreAndSignOut()
     {
+        const QPointer<LoginView> login = m_shell->window->loginView();
+        QTest::mouseClick(withText(login.data(), u"Terms"_s), Qt::LeftButton);
+        QCOMPARE(m_shell->desktop.asked, QStringList{u"browser: "_s + m_api->baseURL() + u"/terms"_s});
+        login->findChildren<QLineEdit *>().at(0)->setText(u"editor@localhost"_s);
+        QVERIFY2(!withText(login.data(), u"Send login code"_s)->isEnabled(), "an address without a dot after the @ can be sent");
         logIn(u"000000"_s);
         if (QTest::currentTestFailed())
             return;
-        const QPointer<LoginView> login = m_shell->window->loginView();
         QVERIFY2(login, "a refused code replaced the login screen");
         QCOMPARE(login->findChild<QLabel *>(u"error"_s)->text(), u"Invalid or expired code"_s);
         QVERIFY(login->codeSent() && !state().isLoggedIn());
-        QCOMPARE(login->findChildren<QLineEdit *>().at(1)->text(), u"000000"_s);
         QVERIFY2(!m_api->keychainRead(), "a refused code stored a credential");
+        QLineEdit *code = login->findChildren<QLineEdit *>().at(1);
+        QVERIFY2(code->isVisible() && !login->findChildren<QLineEdit *>().at(0)->isVisible(), "the code step is not shown");
+        QCOMPARE(code->text(), u"000000"_s);
+        code->setText(u"12345"_s);
+        QVERIFY2(!withText(login.data(), u"Log in"_s)->isEnabled(), "a five-digit code can be sent");
+        login->useDifferentEmail(); // back to the address, which stays; the code goes
+        QVERIFY(!login->codeSent() && code->text().isEmpty());
+        QCOMPARE(login->findChildren<QLineEdit *>().at(0)->text(), u"editor@example.com"_s);
 
         logInAndSync();
         if (QTest::currentTestFailed())

@@ -92,38 +92,16 @@ private Q_SLOTS:
     }
     void cleanup() { m_shell.reset(); }
 
-    // Signing in itself runs against the stand-in in ServiceScreensTest.
-    void loginStepsAndFooter()
+    // The login steps themselves run against the stand-in in ServiceScreensTest.
+    void refusedCodeRequestKeepsTheAddressStep()
     {
         const QPointer<LoginView> login = m_shell->window->loginView();
-        QVERIFY(login);
-        for (const QString link : {"Privacy Policy", "Terms", "127.0.0.1"})
-            QTest::mouseClick(withText(login.data(), link), Qt::LeftButton);
-        QCOMPARE(asked(), (QStringList{"browser: http://127.0.0.1:8765/privacy", "browser: http://127.0.0.1:8765/terms", "browser: http://127.0.0.1:8765/"}));
-
-        QLineEdit *email = login->findChildren<QLineEdit *>().at(0);
-        QLineEdit *code = login->findChildren<QLineEdit *>().at(1);
-        QPushButton *send = withText(login.data(), "Send login code");
-        email->setText("anna@localhost");
-        QVERIFY(!send->isEnabled());
-        email->setText("  anna@example.com ");
+        login->findChildren<QLineEdit *>().at(0)->setText("  anna@example.com ");
         m_backend.codeError = "Unknown address";
-        QTest::mouseClick(send, Qt::LeftButton);
+        QTest::mouseClick(withText(login.data(), "Send login code"), Qt::LeftButton);
         QTRY_VERIFY2_WITH_TIMEOUT(login->error() == "Unknown address", "the refusal did not reach the login screen", screenWait);
         QVERIFY(!login->codeSent() && login->findChild<QLabel *>("error")->isVisible());
         QCOMPARE(m_backend.calls, QStringList{"code for   anna@example.com "});
-
-        m_backend.codeError.clear();
-        login->sendCode();
-        QTRY_VERIFY2_WITH_TIMEOUT(login->codeSent(), "the code step did not come", screenWait);
-        QVERIFY(login->error().isEmpty() && code->isVisible() && !email->isVisible());
-        code->setText("12345");
-        QVERIFY(!withText(login.data(), "Log in")->isEnabled());
-        code->setText("123456");
-        QVERIFY(withText(login.data(), "Log in")->isEnabled());
-        login->useDifferentEmail();
-        QVERIFY(!login->codeSent() && code->text().isEmpty());
-        QCOMPARE(email->text(), "  anna@example.com ");
     }
 
     void toolbarAndScanSection()
@@ -169,10 +147,8 @@ private Q_SLOTS:
         QTRY_VERIFY2_WITH_TIMEOUT(qobject_cast<EmptyStateView *>(signedIn()->currentDetail()), "no empty state without a selection", screenWait);
         QVERIFY2(showInlineSettings(), "the settings did not replace the detail pane");
         // One row selected shows it and hides the settings; several keep it; none clears it.
-        list()->setSelectedIds({"gone"});
-        QVERIFY(!state().selectedSession() && !state().showSettings());
         list()->setSelectedIds({"b"});
-        QCOMPARE(state().selectedSession()->id, "b");
+        QVERIFY(state().selectedSession()->id == "b" && !state().showSettings());
         QTRY_VERIFY2_WITH_TIMEOUT(qobject_cast<SessionDetailView *>(signedIn()->currentDetail()), "the selected session is not shown", screenWait);
         list()->setSelectedIds({"a", "c"});
         QCOMPARE(state().selectedSession()->id, "b");
@@ -222,8 +198,6 @@ private Q_SLOTS:
         QVERIFY(!list()->editingSessionId());
         QCOMPARE(state().sessions().at(1).title, title);
         QCOMPARE(state().selectedSession()->title, title);
-        list()->commitRename("gone", "New"); // a session gone meanwhile
-        QCOMPARE(state().sessions().at(1).title, title);
     }
 
     void deleting()

@@ -11,7 +11,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
-#include <deque>
 #include <memory>
 
 // How long a screen test waits for what it expects. A met wait ends at once; the limits are
@@ -40,26 +39,16 @@ class ScriptedDesktop : public Desktop
 {
 public:
     QStringList asked;
-    std::deque<QString> folderAnswers;
-    std::deque<QString> saveAnswers;
-    std::deque<QList<QUrl>> fileAnswers;
+    QStringList folderAnswers;
+    QStringList saveAnswers;
+    QList<QList<QUrl>> fileAnswers;
     bool confirmAnswer = true;
     bool primaryAnswer = false;
-
-    template <typename T>
-    static T next(std::deque<T> &answers)
-    {
-        if (answers.empty())
-            return {};
-        T answer = std::move(answers.front());
-        answers.pop_front();
-        return answer;
-    }
 
     void chooseFolder(const QString &message, std::function<void(const QString &)> onChosen) override
     {
         asked.append("folder: " + message);
-        if (const QString answer = next(folderAnswers); !answer.isEmpty())
+        if (const QString answer = folderAnswers.isEmpty() ? QString() : folderAnswers.takeFirst(); !answer.isEmpty())
             onChosen(answer);
     }
     void confirm(const Confirmation &question, std::function<void()> onConfirmed) override
@@ -72,7 +61,7 @@ public:
     void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
     {
         asked.append("save: " + request.defaultName);
-        if (const QString answer = next(saveAnswers); !answer.isEmpty())
+        if (const QString answer = saveAnswers.isEmpty() ? QString() : saveAnswers.takeFirst(); !answer.isEmpty())
             onChosen(answer);
     }
     void inform(const Notice &notice, std::function<void()> onPrimary) override
@@ -84,7 +73,7 @@ public:
     void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &)> onChosen) override
     {
         asked.append((request.allowsFolders ? "files or folders: " : "files: ") + request.message);
-        if (const QList<QUrl> answer = next(fileAnswers); !answer.isEmpty())
+        if (const QList<QUrl> answer = fileAnswers.isEmpty() ? QList<QUrl>() : fileAnswers.takeFirst(); !answer.isEmpty())
             onChosen(answer);
     }
 };
