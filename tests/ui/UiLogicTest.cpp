@@ -76,24 +76,17 @@ private Q_SLOTS:
         QVERIFY(effect.kind == SelectionEffect::Kind::Select && !effect.session);
     }
 
-    void displayNameAndDeletedOrder()
+    void displayNameDeletedOrderAndLinks()
     {
-        QCOMPARE(SettingsLogic::displayName(QString()), QStringLiteral("User"));
-        QCOMPARE(SettingsLogic::displayName(QStringLiteral("  ")), QStringLiteral("  "));
+        QCOMPARE((QStringList{SettingsLogic::displayName(QString()), SettingsLogic::displayName(QStringLiteral("  "))}), (QStringList{"User", "  "}));
         const QDateTime t(QDate(2026, 1, 1), QTime(10, 0), Qt::UTC);
         QStringList order;
         for (const DeletedSessionInfo &info : SettingsLogic::newestFirst({{"a", "A", t}, {"b", "B", t.addSecs(60)}, {"c", "C", t}}))
             order.append(info.id);
         QCOMPARE(order, (QStringList{"b", "a", "c"}));
-    }
-
-    void serviceLinks()
-    {
         const ServiceLinks links = ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.example.org/api?x=1")));
-        QCOMPARE(links.domain, QStringLiteral("shoot.example.org"));
-        QCOMPARE(links.home.toString(), QStringLiteral("https://shoot.example.org/"));
-        QCOMPARE(links.privacyPolicy.toString(), QStringLiteral("https://shoot.example.org/privacy"));
-        QCOMPARE(links.terms.toString(), QStringLiteral("https://shoot.example.org/terms"));
+        QCOMPARE((QStringList{links.domain, links.home.toString(), links.privacyPolicy.toString(), links.terms.toString()}),
+                 (QStringList{"shoot.example.org", "https://shoot.example.org/", "https://shoot.example.org/privacy", "https://shoot.example.org/terms"}));
     }
 };
 

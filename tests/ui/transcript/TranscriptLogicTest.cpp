@@ -123,7 +123,6 @@ private Q_SLOTS:
     void wordWidthsAddUpToTheSentence_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("repeated words") << "the the the the the ";
         QTest::newRow("blanks everywhere") << "  two  blanks   ";
         QTest::newRow("tab inside") << "a\tb c ";
         QTest::newRow("accents") << "Zoë went to Malmö, naïvely. ";
