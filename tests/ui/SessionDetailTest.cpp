@@ -105,7 +105,7 @@ QStringList menuEntries(QMenu *menu)
 [[nodiscard]] bool chooseFromMenu(const QWidget *root, const QString &segmentId, const QString &entry)
 {
     QMenu *menu = openMenu(root, segmentId);
-    QAction *action = menu ? withText(menu->actions(), entry) : nullptr;
+    QAction *action = menu ? withText<QAction>(menu, entry) : nullptr;
     if (action)
         action->trigger();
     if (menu)
@@ -159,9 +159,6 @@ class SessionDetailTest : public QObject
 
         QString text(const QString &label) const { return view->findChild<QLabel *>(label)->text(); }
         bool shown(const QString &label) const { return withText<QLabel>(view.get(), label) && withText<QLabel>(view.get(), label)->isVisible(); }
-        QPushButton *analyseButton() const { return view->findChild<QPushButton *>(u"analyseButton"_s); }
-        // Recreated for each session shown.
-        QWidget *transcriptView() const { return view->findChild<QWidget *>(u"transcriptView"_s); }
         QSet<QString> selected() const { return view->selects()->selectedSegmentIds(); }
 
         [[nodiscard]] bool select(const ShootSession &session)
@@ -310,7 +307,7 @@ private Q_SLOTS:
     {
         Screen screen;
         QVERIFY2(screen.showTranscript(), "the transcript did not load");
-        const QPointer<QWidget> transcript = screen.transcriptView();
+        const QPointer<QWidget> transcript = screen.view->findChild<QWidget *>(u"transcriptView"_s); // one per session shown
         QCOMPARE(menuEntries(openMenu(transcript, u"s4"_s)), (QStringList{u"Grade A"_s, u"Grade B"_s, u"Grade C"_s, u"--"_s}));
         QVERIFY(click(transcript, u"s2"_s, Qt::ShiftModifier)); // nothing to anchor on: a plain click
         QVERIFY(chooseFromMenu(transcript, u"s2"_s, u"Grade C"_s));
@@ -341,10 +338,14 @@ private Q_SLOTS:
         QCOMPARE(screen.selected(), QSet<QString>{u"gone"_s});
     }
 
-    // Tab, selects and analysis belong to a session; the analysis goes on while another is shown.
+    // Tab, selects and analysis belong to a session: an analysis request waits for its session's
+    // screen, and a run goes on while another session is shown.
     void eachSessionKeepsItsTabSelectsAndAnalysis()
     {
         Screen screen;
+        const auto request = [&](const QString &sessionId, const QString &file) {
+            screen.center.post(Notifications::analyseFiles, {{u"files"_s, QVariantList{QUrl::fromLocalFile(file)}}, {u"sessionId"_s, sessionId}});
+        };
         QVERIFY2(screen.showTranscript(), "the transcript did not load");
         const QPointer<QWidget> section = screen.view->findChild<QWidget *>(u"selectsSection"_s);
         QVERIFY(!section->isVisible());
@@ -353,25 +354,34 @@ private Q_SLOTS:
         QVERIFY(click(screen.view.get(), u"s2"_s));
         QCOMPARE(screen.text(u"selectsCount"_s), u"2 selects ready to export"_s);
         QVERIFY(section->isVisible());
-        const QPointer<QPushButton> analyse = screen.analyseButton();
-        screen.view->runAnalysis({QUrl::fromLocalFile(u"/footage/A001.mov"_s)});
-        QCOMPARE(analyse->text(), u"Extracting audio (1/1): A001.mov"_s);
+        request(u"second"_s, u"/footage/B002.mov"_s);
+        QVERIFY(screen.analysed.isEmpty() && screen.pending.hasPending(u"second"_s)); // left for that session's screen
+        request(u"harbour"_s, u"/footage/A001.mov"_s);
+        QCOMPARE(screen.analysed, QStringList{u"harbour A001.mov"_s});
+        const QPointer<QPushButton> analyse = screen.view->findChild<QPushButton *>(u"analyseButton"_s);
         QVERIFY(!analyse->isEnabled());
+        QCOMPARE(analyse->text(), u"Extracting audio (1/1): A001.mov"_s);
 
         QVERIFY2(screen.select(second), "the screen did not follow the selection");
         QCOMPARE(screen.view->selectedTab(), u"markers"_s);
         QVERIFY(screen.selected().isEmpty());
-        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
-        QVERIFY(analyse->isEnabled());
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.analysed.size() == 2, "the waiting request did not run", screenWait);
+        QVERIFY(!screen.pending.hasPending(u"second"_s));
+        QCOMPARE(analyse->text(), u"Extracting audio (1/1): B002.mov"_s);
 
         QVERIFY2(screen.select(harbour()), "the screen did not follow the selection back");
         QCOMPARE(screen.view->selectedTab(), u"transcript"_s);
         QCOMPARE(screen.selected(), (QSet<QString>{u"s1"_s, u"s2"_s}));
-        QVERIFY(!analyse->isEnabled());
+        QCOMPARE(analyse->text(), u"Extracting audio (1/1): A001.mov"_s);
         Q_EMIT screen.gate.released();
         QTRY_VERIFY2_WITH_TIMEOUT(analyse && analyse->isEnabled(), "the finished run did not enable the button again", screenWait);
-        QCOMPARE(analyse->text(), u"Analyse Footage with AI"_s);
         QCOMPARE(screen.text(u"analysisResult"_s), u"A001.mov: 2 audio + 4 visual markers (300 words)"_s);
+        // The screen's own button asks for files only.
+        screen.shell.desktop.fileAnswers = {{QUrl::fromLocalFile(u"/footage/C003.mov"_s)}};
+        analyse->click();
+        QCOMPARE(screen.shell.desktop.asked, QStringList{u"files: Select footage files to analyse"_s});
+        QCOMPARE(screen.analysed.last(), u"harbour C003.mov"_s);
+        Q_EMIT screen.gate.released();
         withText<QToolButton>(screen.view.get(), u"Clear all"_s)->click();
         QVERIFY(screen.selected().isEmpty() && !section->isVisible());
     }
@@ -416,35 +426,6 @@ private Q_SLOTS:
         QCOMPARE(screen.workspace->calls, launched.isEmpty() ? QStringList() : QStringList{placed(launched)});
         if (button.contains(u"Resolve"_s))
             QCOMPARE(screen.shell.desktop.asked.last(), u"notice: OTIO saved | "_s + resolveImportInstructions(u"timeline.otio"_s) + u" | Open Resolve | Done"_s);
-    }
-
-    void analysisRequests()
-    {
-        Screen screen;
-        const QUrl file = QUrl::fromLocalFile(u"/footage/A001.mov"_s);
-        QVERIFY2(screen.select(harbour()), "the screen does not show its session");
-        const auto request = [&](const QString &sessionId) {
-            screen.center.post(Notifications::analyseFiles, {{u"files"_s, QVariantList{file}}, {u"sessionId"_s, sessionId}});
-        };
-        request(u"second"_s);
-        QVERIFY(screen.analysed.isEmpty());
-        QVERIFY(screen.pending.hasPending(u"second"_s)); // left for that session's screen
-        request(u"harbour"_s);
-        QCOMPARE(screen.analysed, QStringList{u"harbour A001.mov"_s});
-        // The other session's request runs once its screen shows it.
-        QVERIFY2(screen.select(second), "the screen did not follow the selection");
-        QTRY_VERIFY2_WITH_TIMEOUT(screen.analysed.size() == 2, "the waiting request did not run", screenWait);
-        QCOMPARE(screen.analysed.last(), u"second A001.mov"_s);
-        QVERIFY(!screen.pending.hasPending(u"second"_s));
-
-        // The screen's own button asks for files only.
-        Q_EMIT screen.gate.released();
-        QTRY_VERIFY2_WITH_TIMEOUT(screen.analyseButton()->isEnabled(), "the run did not end", screenWait);
-        screen.shell.desktop.fileAnswers = {{file}};
-        screen.analyseButton()->click();
-        QCOMPARE(screen.shell.desktop.asked, QStringList{u"files: Select footage files to analyse"_s});
-        QCOMPARE(screen.analysed, (QStringList{u"harbour A001.mov"_s, u"second A001.mov"_s, u"second A001.mov"_s}));
-        Q_EMIT screen.gate.released();
     }
 
     // The real panel: with folders allowed, confirming a selected folder returns the folder

@@ -19,18 +19,13 @@
 constexpr int screenWait = 30000;
 constexpr int toolWait = 60000; // ffmpeg and ffprobe runs
 
-// The first of `items` (widgets or actions) showing `text`, or null.
-template <typename Item>
-Item *withText(const QList<Item *> &items, const QString &text)
+// The first widget or action under `root` showing `text`, or null.
+template <typename Item = QPushButton>
+Item *withText(const QObject *root, const QString &text)
 {
+    const QList<Item *> items = root->findChildren<Item *>();
     const auto found = std::find_if(items.cbegin(), items.cend(), [&](const Item *item) { return item->text() == text; });
     return found == items.cend() ? nullptr : *found;
-}
-
-template <typename Widget = QPushButton>
-Widget *withText(const QObject *root, const QString &text)
-{
-    return withText(root->findChildren<Widget *>(), text);
 }
 
 // Plays the person at the dialogs: answers panels and alerts from a script and writes down what
