@@ -19,11 +19,10 @@ QSet<QString> setOf(const QString &ids)
     return QSet<QString>(list.cbegin(), list.cend());
 }
 
-QString sorted(const QStringList &items)
+QString sorted(QStringList items)
 {
-    QStringList list = items;
-    list.sort();
-    return list.join(u' ');
+    items.sort();
+    return items.join(u' ');
 }
 
 } // namespace
