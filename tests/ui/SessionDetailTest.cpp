@@ -29,6 +29,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScopeGuard>
 #include <QTabBar>
 #include <QToolButton>
 #include <stdexcept>
@@ -58,12 +59,6 @@ ShootSession harbour() { return RecordJson::sessionFromJson(harbourData(u"sessio
 QList<TranscriptSegment> interview() { return RecordJson::segmentsFromJson(harbourData(u"transcript"_s)).value_or(QList<TranscriptSegment>()); }
 
 const ShootSession second = makeSession(u"second"_s, u"Second"_s, QDateTime(QDate(2026, 11, 21), QTime(8, 0), Qt::UTC));
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
 
 // The editor at the transcript under `root`: clicks on utterance chips and their context menu.
 SpeakerRunView *runOf(const QWidget *root, const QString &segmentId)
@@ -337,6 +332,16 @@ private Q_SLOTS:
         QVERIFY(screen.shown(u"2 selects"_s));
         QVERIFY(click(transcript, u"s1"_s));
         QCOMPARE(screen.selected(), QSet<QString>{u"gone"_s});
+
+        // Secondary text is the palette's text colour, part transparent, and follows a switch.
+        const QPalette before = QApplication::palette();
+        const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
+        QPalette dark = before;
+        dark.setColor(QPalette::WindowText, QColor(236, 236, 240));
+        QApplication::setPalette(dark);
+        const auto secondary = [&] { return withText<QToolButton>(transcript, u"Clear all"_s)->palette().color(QPalette::ButtonText); };
+        QTRY_VERIFY2_WITH_TIMEOUT(secondary().rgb() == dark.color(QPalette::WindowText).rgb(), "the secondary text did not follow the palette", screenWait);
+        QVERIFY(secondary().alpha() < 255);
     }
 
     // Tab, selects and analysis belong to a session: an analysis request waits for its session's
@@ -387,7 +392,8 @@ private Q_SLOTS:
         QVERIFY(screen.selected().isEmpty() && !section->isVisible());
     }
 
-    // A save panel's first answer cancels and writes nothing; the second writes the document.
+    // Each button writes the session's document: through a save panel (cancelled once first) or into
+    // the hand-off's folder, then opens it where the row says.
     void exports_data()
     {
         QTest::addColumn<QString>("button");
@@ -410,6 +416,7 @@ private Q_SLOTS:
         QFETCH(QString, written);
         QFETCH(QString, launched);
         Screen screen;
+        const auto contents = [](const QString &path) { QFile file(path); return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>"); };
         const auto placed = [&](QString path) { return path.replace(u"ROOT"_s, screen.root).replace(u"TEMP"_s, screen.temp).replace(u"APPS"_s, screen.apps); };
         screen.shell.desktop.saveAnswers = {QString(), screen.root + u'/' + typed};
         screen.shell.desktop.primaryAnswer = true; // "Open Resolve"

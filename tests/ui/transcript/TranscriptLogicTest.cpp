@@ -56,7 +56,15 @@ private Q_SLOTS:
             ids.append(s.id);
         QCOMPARE(ids, (QStringList{"first", "tieB", "tieA", "dupOlder", "differsAt50", "late"}));
         QCOMPARE((QStringList{built[0].text, built[0].timecode, built[0].speaker}), (QStringList{"  said first  ", "10:05:00:00", ""}));
-        QCOMPARE(built[3].text, QString(50, u'x') + QStringLiteral(" older ending"));
+    }
+
+    // A range on offer outshines the selection; a grade without a colour shows as ungraded.
+    void chipStateAndColour()
+    {
+        QCOMPARE((QList<ChipState>{chipState("x", {"x"}, {}), chipState("x", {"x"}, {"x"}), chipState("y", {"x"}, {})}),
+                 (QList<ChipState>{ChipState::Selected, ChipState::Highlighted, ChipState::Plain}));
+        QCOMPARE(highlightColor("x", {{"x", "D"}}), highlightColor("x", {}));
+        QVERIFY(!(highlightColor("x", {{"x", "A"}}) == highlightColor("x", {})));
     }
 
     void selectionEdits_data() { addCaseRows(QStringLiteral("ui/selection-edits.txt")); }
@@ -113,9 +121,8 @@ private Q_SLOTS:
         QStringList origins;
         for (const QPointF &origin : placement.origins)
             origins.append(QString::number(origin.x()) + u',' + QString::number(origin.y()));
-        QCOMPARE((origins.isEmpty() ? QStringLiteral("none") : origins.join(u' ')) + " | " + QString::number(placement.size.width()) + u'x'
-                     + QString::number(placement.size.height()),
-                 expected);
+        const QString size = QString::number(placement.size.width()) + u'x' + QString::number(placement.size.height());
+        QCOMPARE((origins.isEmpty() ? QStringLiteral("none") : origins.join(u' ')) + " | " + size, expected);
     }
 
     // Chips are measured word by word from a cache; the sum must match the sentence.
