@@ -160,7 +160,7 @@ private Q_SLOTS:
 
     // Runs that end early or fail per file, against a server whose every answer is "busy" (the
     // stand-in run above proves the uploads' shape), from tests/data/analysis/cases.json.
-    void failures_data() { addDataCases(QStringLiteral("analysis/cases.json"), QLatin1StringView("failures")); }
+    void failures_data() { addJsonCases(QStringLiteral("analysis/cases.json"), QStringLiteral("failures")); }
 
     void failures()
     {

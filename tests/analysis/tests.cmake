@@ -1,4 +1,4 @@
-vorlix_add_test(tst_analysispipeline SOURCES analysis/AnalysisPipelineTest.cpp media/MediaFixtures.h service/ServiceTestSupport.h cli/DataCases.h
+vorlix_add_test(tst_analysispipeline SOURCES analysis/AnalysisPipelineTest.cpp media/MediaFixtures.h service/ServiceTestSupport.h support/TestData.h
   LIBS vorlix_service_standin)
 vorlix_add_test(tst_pendinganalyses SOURCES analysis/PendingAnalysesTest.cpp)
 vorlix_add_test(tst_analysiscli SOURCES analysis/AnalysisCliTest.cpp cli/CliRunner.h cli/StandinProcess.h media/MediaFixtures.h)

@@ -1,5 +1,5 @@
 #include "CliRunner.h"
-#include "DataCases.h"
+#include "support/TestData.h"
 
 // The tool's usage and its reading of input files, case by case from tests/data/cli/cases.json.
 class CliTest : public QObject
@@ -7,7 +7,7 @@ class CliTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void usage_data() { addDataCases(QStringLiteral("cli/cases.json"), QLatin1StringView("usage")); }
+    void usage_data() { addJsonCases(QStringLiteral("cli/cases.json"), QStringLiteral("usage")); }
 
     // Help goes to stdout with status 0; bad usage names the problem, then gives the usage, on
     // stderr with status 2.
@@ -24,16 +24,16 @@ private Q_SLOTS:
         QCOMPARE(result.exitCode, status);
     }
 
-    void match_data() { addDataCases(QStringLiteral("cli/cases.json"), QLatin1StringView("match")); }
+    void match_data() { addJsonCases(QStringLiteral("cli/cases.json"), QStringLiteral("match")); }
 
     // The session with the clips its markers touch on stdout, or one line on stderr naming the
     // session file and the problem.
     void match()
     {
         QFETCH(QJsonObject, data);
-        const QString path = QStringLiteral(VORLIX_TEST_DATA "/cli/") + data["session"].toString();
+        const QString path = testDataPath(QStringLiteral("cli/") + data["session"].toString());
         const QString expected = data["expected"].toString();
-        const CliResult result = runCli({"match", "--session", path, "--clips", QStringLiteral(VORLIX_TEST_DATA "/cli/clips.json")});
+        const CliResult result = runCli({"match", "--session", path, "--clips", testDataPath(QStringLiteral("cli/clips.json"))});
         if (result.exitCode == 0) {
             QStringList matched;
             for (const QJsonValue &clip : QJsonDocument::fromJson(result.out)["matchedClips"].toArray())

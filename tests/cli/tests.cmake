@@ -1,2 +1,2 @@
-vorlix_add_test(tst_cli SOURCES cli/CliTest.cpp cli/CliRunner.h cli/DataCases.h)
+vorlix_add_test(tst_cli SOURCES cli/CliTest.cpp cli/CliRunner.h support/TestData.h)
 add_dependencies(tst_cli vorlix-sync-cli)

@@ -1,6 +1,7 @@
 // vorlix-sync-cli export ...: the document on stdout exactly as the generators make it, or in the
 // file given with -o, and one clear line for bad input.
 #include "cli/CliRunner.h"
+#include "support/TestData.h"
 
 #include "export/OtioTimeline.h"
 #include "export/PremiereScript.h"
@@ -19,7 +20,7 @@ class ExportCliTest : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    const QString m_data = QStringLiteral(VORLIX_TEST_DATA "/export/"); // the input files
+    const QString m_data = testDataPath(QStringLiteral("export/")); // the input files
     const QString m_sessionPath = m_data + u"cli-session.json"_s;
     ShootSession m_session;
 

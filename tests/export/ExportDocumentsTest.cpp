@@ -1,6 +1,6 @@
 // Every writer against its golden document (tests/data/export), and the pure rules the documents
 // are made of.
-#include "ExportData.h"
+#include "support/TestData.h"
 
 #include "export/EditorHandoff.h"
 #include "export/OtioTimeline.h"
@@ -92,7 +92,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, document);
         QFETCH(QString, golden);
-        const QString mismatch = goldenMismatch(document, golden);
+        const QString mismatch = goldenMismatch(document, u"export/"_s + golden);
         QVERIFY2(mismatch.isEmpty(), qPrintable(mismatch));
     }
 

@@ -1,5 +1,5 @@
 #include "MediaFixtures.h"
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "media/FootageScanner.h"
 #include "platform/Preferences.h"

@@ -1,6 +1,6 @@
 #include "../cli/CliRunner.h"
 #include "MediaFixtures.h"
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "model/RecordJson.h"
 

@@ -1,4 +1,4 @@
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "model/RecordJson.h"
 
@@ -13,9 +13,7 @@ private Q_SLOTS:
     // dates as seconds since 2001, optional fields left out rather than written empty.
     void storedSessionRoundTrip()
     {
-        QFile file(QStringLiteral(VORLIX_TEST_DATA "/model/session.json"));
-        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
-        const QJsonObject stored = QJsonDocument::fromJson(file.readAll()).object();
+        const QJsonObject stored = QJsonDocument::fromJson(readTestData(QStringLiteral("model/session.json"))).object();
         QString error;
         const auto session = RecordJson::sessionFromJson(stored, &error);
         QVERIFY2(session, qPrintable(error));

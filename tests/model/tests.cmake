@@ -1,1 +1,1 @@
-vorlix_add_test(tst_model SOURCES model/ModelTest.cpp timecode/CaseTable.h)
+vorlix_add_test(tst_model SOURCES model/ModelTest.cpp support/TestData.h)

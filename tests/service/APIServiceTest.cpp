@@ -58,7 +58,7 @@ private Q_SLOTS:
     }
 
     // How each operation judges an answer or its absence, and what stays stored afterwards.
-    void answers_data() { addDataCases(QStringLiteral("service/service-answers.json"), QLatin1StringView("http")); }
+    void answers_data() { addJsonCases(QStringLiteral("service/service-answers.json"), QStringLiteral("http")); }
 
     void answers()
     {

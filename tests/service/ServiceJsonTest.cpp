@@ -53,7 +53,7 @@ class ServiceJsonTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readings_data() { addDataCases(QStringLiteral("service/service-answers.json"), QLatin1StringView("readings")); }
+    void readings_data() { addJsonCases(QStringLiteral("service/service-answers.json"), QStringLiteral("readings")); }
 
     void readings()
     {

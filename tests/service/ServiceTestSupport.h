@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HttpAnswer.h"
-#include "cli/DataCases.h"
+#include "support/TestData.h"
 #include "service/APIError.h"
 
 #include <QAbstractHttpServer>

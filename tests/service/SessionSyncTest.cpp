@@ -96,7 +96,7 @@ private Q_SLOTS:
 
     // One sync run over HTTP: the answer is applied to a signed-in state only, a refused fetch
     // changes nothing, and a state deleted while the fetch is in flight is left alone.
-    void syncRuns_data() { addDataCases(QStringLiteral("service/service-answers.json"), QLatin1StringView("sync")); }
+    void syncRuns_data() { addJsonCases(QStringLiteral("service/service-answers.json"), QStringLiteral("sync")); }
 
     void syncRuns()
     {

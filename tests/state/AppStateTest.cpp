@@ -1,4 +1,4 @@
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "platform/Preferences.h"
 #include "state/AppState.h"

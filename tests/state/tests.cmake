@@ -1,1 +1,1 @@
-vorlix_add_test(tst_state SOURCES state/AppStateTest.cpp timecode/CaseTable.h)
+vorlix_add_test(tst_state SOURCES state/AppStateTest.cpp support/TestData.h)

@@ -1,4 +1,4 @@
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "model/MediaClip.h"
 #include "timecode/ClipMatcher.h"

@@ -5,6 +5,7 @@
 // has none.
 #include "ShellFixture.h"
 #include "export/RecordingWorkspace.h"
+#include "support/TestData.h"
 
 #include "analysis/AnalysisPipeline.h"
 #include "analysis/PendingAnalyses.h"
@@ -51,8 +52,7 @@ Q_SIGNALS:
 // records' JSON form.
 QJsonValue harbourData(const QString &key)
 {
-    QFile file(QStringLiteral(VORLIX_TEST_DATA "/ui/harbour.json"));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object().value(key) : QJsonValue();
+    return readTestJson(QStringLiteral("ui/harbour.json"), key);
 }
 
 ShootSession harbour() { return RecordJson::sessionFromJson(harbourData(u"session"_s)).value_or(ShootSession()); }

@@ -1,4 +1,4 @@
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 #include "ui/LoginRules.h"
 #include "ui/ServiceLinks.h"
 #include "ui/SessionListLogic.h"

@@ -1,4 +1,4 @@
-#include "timecode/CaseTable.h"
+#include "support/TestData.h"
 
 #include "model/RecordJson.h"
 #include "ui/transcript/SegmentSelection.h"
@@ -46,9 +46,7 @@ private Q_SLOTS:
     // and the rest follow their creation time, ties in list order.
     void transcriptFromMarkers()
     {
-        QFile file(QStringLiteral(VORLIX_TEST_DATA "/ui/markers-for-transcript.json"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const auto session = RecordJson::sessionFromJson(QJsonDocument::fromJson(file.readAll()).object());
+        const auto session = RecordJson::sessionFromJson(QJsonDocument::fromJson(readTestData(QStringLiteral("ui/markers-for-transcript.json"))).object());
         QVERIFY(session);
         const QList<TranscriptSegment> built = buildTranscriptFromMarkers(*session);
         QStringList ids;

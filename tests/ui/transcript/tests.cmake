@@ -1,1 +1,1 @@
-vorlix_add_test(tst_transcript_logic SOURCES ui/transcript/TranscriptLogicTest.cpp LIBS vorlix_ui)
+vorlix_add_test(tst_transcript_logic SOURCES ui/transcript/TranscriptLogicTest.cpp support/TestData.h LIBS vorlix_ui)
