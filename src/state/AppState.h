@@ -27,12 +27,15 @@ public:
         SettingsWindow, // keeps sessions: the next login merges into them
     };
 
-    // Gives the time a session is marked deleted.
+    // The current time: when a session is marked deleted, and which day the session list calls
+    // today. Passed in so that tests choose it.
     using Clock = std::function<QDateTime()>;
 
     // Loads the deleted-session list (migrating the earlier form), the settings and a stored login.
     explicit AppState(Preferences &preferences, QObject *parent = nullptr,
                       Clock clock = &QDateTime::currentDateTimeUtc);
+
+    QDateTime now() const { return m_clock(); }
 
     bool isLoggedIn() const { return m_isLoggedIn; }
     const QString &userEmail() const { return m_userEmail; }

@@ -146,7 +146,7 @@ QWidget *SessionListView::buildAccountSection()
 void SessionListView::refresh()
 {
     m_applyingSelection = true;
-    m_model->setGroups(sessionsByDate(m_state.sessions(), QDate::currentDate(), locale()),
+    m_model->setGroups(sessionsByDate(m_state.sessions(), m_state.now().toLocalTime().date(), locale()),
                        QStringLiteral("Sync your shoots from %1").arg(m_serviceHost), locale());
     applySelectionToView();
     m_applyingSelection = false;

@@ -13,11 +13,11 @@ const CredentialStore testCredentials(QStringLiteral("io.vorlix.sync.test-sync")
 const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
 
 // Sessions with one marker each, from "id/title/hour/timecode", and back.
-QList<ShootSession> sessions(const QStringList &specs)
+QList<ShootSession> sessions(const QStringList &shorthands)
 {
     QList<ShootSession> list;
-    for (const QString &spec : specs) {
-        const QStringList fields = spec.split(u'/');
+    for (const QString &shorthand : shorthands) {
+        const QStringList fields = shorthand.split(u'/');
         ShootSession &s = list.emplace_back();
         s.id = s.shareToken = fields[0];
         s.title = fields[1];
@@ -27,7 +27,7 @@ QList<ShootSession> sessions(const QStringList &specs)
     return list;
 }
 
-QStringList specs(const QList<ShootSession> &list)
+QStringList shorthands(const QList<ShootSession> &list)
 {
     QStringList result;
     for (const ShootSession &s : list)
@@ -81,11 +81,11 @@ private Q_SLOTS:
                                                    "default/Harbour/7/11:00:00:00", "empty/Quay/3/12:00:00:00",
                                                    "own/Theirs/4/11:00:00:00", "spaced/Theirs/6/11:00:00:00"}));
         QCOMPARE(events, (QStringList{"own=c1", "empty=near", "selection"}));
-        QCOMPARE(specs(state.sessions()), (QStringList{"new/New/9/10:00:00:00", "spaced/Shoot session /6/11:00:00:00", "local/Made here/5/10:00:00:00",
+        QCOMPARE(shorthands(state.sessions()), (QStringList{"new/New/9/10:00:00:00", "spaced/Shoot session /6/11:00:00:00", "local/Made here/5/10:00:00:00",
                                                        "own/My cut/4/11:00:00:00", "empty/Quay/3/12:00:00:00", "default/Harbour/2/11:00:00:00",
                                                        "kept/Shoot session/1/10:00:00:00"}));
         const ShootSession selected = *state.selectedSession();
-        QCOMPARE(QStringList({specs({selected}).first(), QString::number(selected.fps), selected.transcriptSegments.first().id}),
+        QCOMPARE(QStringList({shorthands({selected}).first(), QString::number(selected.fps), selected.transcriptSegments.first().id}),
                  QStringList({"empty/Quay/3/12:00:00:00", "50", "u"}));
 
         state.setClips({});
@@ -115,7 +115,7 @@ private Q_SLOTS:
         await(std::move(running));
         QCOMPARE(server.seen().size(), 1);
         if (state)
-            QCOMPARE(specs(state->sessions()), data["sessions"].toVariant().toStringList());
+            QCOMPARE(shorthands(state->sessions()), data["sessions"].toVariant().toStringList());
     }
 };
 

@@ -43,9 +43,8 @@ public:
     QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }
 };
 
-const QDateTime now = QDateTime::currentDateTime();
-const QList<ShootSession> threeSessions{makeSession("a", "Alpha", now), makeSession("b", "Bravo", now.addSecs(-60)),
-                                        makeSession("c", "Charlie", now.addDays(-3))};
+const QList<ShootSession> threeSessions{makeSession("a", "Alpha", shellNow), makeSession("b", "Bravo", shellNow.addSecs(-60)),
+                                        makeSession("c", "Charlie", shellNow.addDays(-3))};
 
 } // namespace
 

@@ -82,9 +82,12 @@ inline ShootSession makeSession(const QString &id, const QString &title, const Q
     return session;
 }
 
+// The state's clock: noon, so that sessions a few minutes older are still "Today".
+inline const QDateTime shellNow(QDate(2026, 11, 18), QTime(12, 0));
+
 // A temporary preferences file, the state on it, and (once a backend exists) a main window.
 struct ShellFixture {
-    ShellFixture() : preferences(dir.filePath("settings.ini")), state(preferences)
+    ShellFixture() : preferences(dir.filePath("settings.ini")), state(preferences, nullptr, [] { return shellNow.toUTC(); })
     {
         state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     }
