@@ -33,7 +33,6 @@ public:
     }
 
     const QString &url() const { return m_url; }
-    QProcess &process() { return m_process; }
 
     // `arguments` aimed at this stand-in.
     QStringList withService(const QStringList &arguments) const { return QStringList{QStringLiteral("--service-url"), m_url} + arguments; }
