@@ -4,7 +4,7 @@
 // and clips every 17 seconds of timecode.
 #include "model/MediaClip.h"
 #include "model/ShootSession.h"
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 namespace BenchLibrary {
 

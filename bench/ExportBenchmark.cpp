@@ -3,7 +3,7 @@
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 #include <benchmark/benchmark.h>
 

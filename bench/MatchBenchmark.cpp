@@ -1,7 +1,7 @@
 // Re-matching every session after a scan or a sync: 2,000 sessions of 100 markers against
 // 5,000 clips, the size of a long production's library.
 #include "BenchLibrary.h"
-#include "timecode/ClipMatcher.h"
+#include "model/ClipMatcher.h"
 
 #include <benchmark/benchmark.h>
 

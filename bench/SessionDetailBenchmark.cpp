@@ -6,8 +6,8 @@
 #include "platform/Preferences.h"
 #include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
-#include "ui/SessionDetailView.h"
-#include "ui/Theme.h"
+#include "ui/detail/SessionDetailView.h"
+#include "ui/widgets/Theme.h"
 
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>

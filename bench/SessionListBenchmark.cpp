@@ -4,9 +4,9 @@
 #include "platform/Preferences.h"
 #include "platform/Desktop.h"
 #include "state/AppState.h"
-#include "ui/SessionListView.h"
-#include "ui/ShellBackend.h"
-#include "ui/Theme.h"
+#include "ui/sessions/SessionListView.h"
+#include "ui/shell/ShellBackend.h"
+#include "ui/widgets/Theme.h"
 
 #include <QListView>
 #include <QTemporaryDir>

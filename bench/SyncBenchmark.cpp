@@ -3,7 +3,7 @@
 // clips to re-match against. Budget: under 200 ms for merge and re-match together.
 #include "BenchLibrary.h"
 #include "service/SessionSync.h"
-#include "timecode/ClipMatcher.h"
+#include "model/ClipMatcher.h"
 
 #include <benchmark/benchmark.h>
 

@@ -6,8 +6,8 @@
 #include "platform/NotificationCenter.h"
 #include "service/APIService.h"
 #include "state/AppState.h"
-#include "timecode/NumberText.h"
-#include "timecode/Timecode.h"
+#include "time/NumberText.h"
+#include "time/Timecode.h"
 
 #include <QCoro/QCoroFuture>
 #include <QCoro/QCoroNetworkReply>

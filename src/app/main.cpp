@@ -1,5 +1,5 @@
-#include "ui/ContentView.h"
-#include "ui/VorlixCompanionApp.h"
+#include "ui/shell/ContentView.h"
+#include "ui/shell/VorlixCompanionApp.h"
 
 #include <QApplication>
 

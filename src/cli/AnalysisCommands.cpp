@@ -4,7 +4,7 @@
 #include "platform/Preferences.h"
 #include "service/APIService.h"
 #include "state/AppState.h"
-#include "timecode/NumberText.h"
+#include "time/NumberText.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "export/ExportClips.h"
 
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 #include <QtNumeric>
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "export/TextCleaning.h"
 #include "export/XmemlText.h"
 #include "media/AudioTrackSelector.h"
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 #include <algorithm>
 

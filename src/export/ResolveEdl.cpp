@@ -3,7 +3,7 @@
 #include "export/ExportClips.h"
 #include "export/MarkerTypes.h"
 #include "export/TextCleaning.h"
-#include "timecode/ClipMatcher.h"
+#include "model/ClipMatcher.h"
 
 using namespace Qt::StringLiterals;
 

@@ -3,7 +3,7 @@
 #include "export/ExportClips.h"
 #include "export/TextCleaning.h"
 #include "export/XmemlText.h"
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "media/FFprobeOutput.h"
 #include "media/ToolRunner.h"
-#include "timecode/NumberText.h"
+#include "time/NumberText.h"
 
 #include <QFile>
 #include <QProcess>

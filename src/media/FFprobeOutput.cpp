@@ -1,6 +1,6 @@
 #include "media/FFprobeOutput.h"
 
-#include "timecode/NumberText.h"
+#include "time/NumberText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

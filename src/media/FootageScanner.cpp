@@ -2,7 +2,7 @@
 
 #include "media/ToolRunner.h"
 #include "state/AppState.h"
-#include "timecode/ClipMatcher.h"
+#include "model/ClipMatcher.h"
 
 #include <QCoreApplication>
 #include <QCoro/QCoroFuture>

@@ -1,6 +1,6 @@
 #include "model/MediaClip.h"
 
-#include "timecode/Timecode.h"
+#include "time/Timecode.h"
 
 double MediaClip::tcToSeconds(const QString &timecode)
 {

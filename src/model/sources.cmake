@@ -5,4 +5,5 @@ target_sources(vorlix_core PRIVATE
   model/MediaClip.h model/MediaClip.cpp
   model/DeletedSessionInfo.h
   model/Rgb.h
-  model/RecordJson.h model/RecordJson.cpp)
+  model/RecordJson.h model/RecordJson.cpp
+  model/ClipMatcher.h model/ClipMatcher.cpp)

@@ -1,6 +1,6 @@
 #include "platform/Preferences.h"
 
-#include "timecode/NumberText.h"
+#include "time/NumberText.h"
 
 #include <QMetaType>
 #include <QVariant>

@@ -2,7 +2,7 @@
 
 #include "service/APIService.h"
 #include "state/AppState.h"
-#include "timecode/ClipMatcher.h"
+#include "model/ClipMatcher.h"
 
 #include <QHash>
 #include <QPointer>

@@ -7,13 +7,13 @@
 #include "media/FootageScanner.h"
 #include "media/MediaFixtures.h"
 #include "service/APIService.h"
-#include "ui/LoginView.h"
-#include "ui/MarkerRow.h"
-#include "ui/ServiceShellBackend.h"
-#include "ui/SessionDetailView.h"
-#include "ui/SessionListModel.h"
-#include "ui/SessionListView.h"
-#include "ui/SignedInView.h"
+#include "ui/login/LoginView.h"
+#include "ui/detail/MarkerRow.h"
+#include "ui/shell/ServiceShellBackend.h"
+#include "ui/detail/SessionDetailView.h"
+#include "ui/sessions/SessionListModel.h"
+#include "ui/sessions/SessionListView.h"
+#include "ui/shell/SignedInView.h"
 
 #include <QFile>
 #include <QLabel>

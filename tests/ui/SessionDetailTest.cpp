@@ -16,9 +16,9 @@
 #include "export/SelectsXml.h"
 #include "model/RecordJson.h"
 #include "platform/NotificationCenter.h"
-#include "ui/MarkerRow.h"
-#include "ui/SessionDetailView.h"
-#include "ui/WidgetDesktop.h"
+#include "ui/detail/MarkerRow.h"
+#include "ui/detail/SessionDetailView.h"
+#include "ui/shell/WidgetDesktop.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 

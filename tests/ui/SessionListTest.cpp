@@ -4,14 +4,14 @@
 #include "ShellFixture.h"
 
 #include "state/PreferenceKeys.h"
-#include "ui/EmptyStateView.h"
-#include "ui/InlineSettingsView.h"
-#include "ui/LoginView.h"
-#include "ui/SessionDetailView.h"
-#include "ui/SessionListModel.h"
-#include "ui/SessionListView.h"
-#include "ui/SettingsView.h"
-#include "ui/SignedInView.h"
+#include "ui/shell/EmptyStateView.h"
+#include "ui/settings/InlineSettingsView.h"
+#include "ui/login/LoginView.h"
+#include "ui/detail/SessionDetailView.h"
+#include "ui/sessions/SessionListModel.h"
+#include "ui/sessions/SessionListView.h"
+#include "ui/settings/SettingsView.h"
+#include "ui/shell/SignedInView.h"
 #include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>

@@ -3,9 +3,9 @@
 #include "platform/Desktop.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
-#include "ui/ContentView.h"
-#include "ui/ShellBackend.h"
-#include "ui/Theme.h"
+#include "ui/shell/ContentView.h"
+#include "ui/shell/ShellBackend.h"
+#include "ui/widgets/Theme.h"
 
 #include <QPushButton>
 #include <QTemporaryDir>

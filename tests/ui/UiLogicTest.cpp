@@ -1,8 +1,8 @@
 #include "support/TestData.h"
-#include "ui/LoginRules.h"
-#include "ui/ServiceLinks.h"
-#include "ui/SessionListLogic.h"
-#include "ui/SettingsLogic.h"
+#include "ui/login/LoginRules.h"
+#include "ui/shell/ServiceLinks.h"
+#include "ui/sessions/SessionListLogic.h"
+#include "ui/settings/SettingsLogic.h"
 
 using namespace SessionListLogic;
 

@@ -1,6 +1,6 @@
 #include "ui/transcript/SpeakerRunView.h"
 
-#include "ui/Theme.h"
+#include "ui/widgets/Theme.h"
 #include "ui/transcript/TranscriptStyle.h"
 #include "ui/transcript/WordWidthCache.h"
 

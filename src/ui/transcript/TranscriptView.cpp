@@ -1,7 +1,7 @@
 #include "ui/transcript/TranscriptView.h"
 
-#include "ui/Icons.h"
-#include "ui/Theme.h"
+#include "ui/widgets/Icons.h"
+#include "ui/widgets/Theme.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptStyle.h"

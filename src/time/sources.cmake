@@ -1,0 +1,3 @@
+target_sources(vorlix_core PRIVATE
+  time/NumberText.h time/NumberText.cpp
+  time/Timecode.h time/Timecode.cpp)

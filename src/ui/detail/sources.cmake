@@ -1,0 +1,5 @@
+target_sources(vorlix_ui PRIVATE
+  ui/detail/MarkerRow.cpp
+  ui/detail/MarkerRow.h
+  ui/detail/SessionDetailView.cpp
+  ui/detail/SessionDetailView.h)

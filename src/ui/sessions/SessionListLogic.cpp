@@ -1,0 +1,112 @@
+#include "ui/sessions/SessionListLogic.h"
+
+#include <QMap>
+#include <QRegularExpression>
+#include <algorithm>
+
+namespace SessionListLogic {
+
+QList<DayGroup> sessionsByDate(const QList<ShootSession> &sessions, const QDate &today, const QLocale &locale)
+{
+    QMap<QDate, QList<ShootSession>> byDay;
+    for (const ShootSession &session : sessions)
+        byDay[session.createdAt.toLocalTime().date()].append(session);
+
+    const QString format = mediumDateFormat(locale);
+    QList<DayGroup> groups;
+    groups.reserve(byDay.size());
+    for (auto it = byDay.end(); it != byDay.begin();) {
+        --it;
+        const QDate &day = it.key();
+        QString label;
+        if (day == today)
+            label = QStringLiteral("Today");
+        else if (day == today.addDays(-1))
+            label = QStringLiteral("Yesterday");
+        else
+            label = locale.toString(day, format);
+        QList<ShootSession> members = it.value();
+        std::stable_sort(members.begin(), members.end(), [](const ShootSession &a, const ShootSession &b) {
+            return a.createdAt > b.createdAt;
+        });
+        groups.append({label, members});
+    }
+    return groups;
+}
+
+QString mediumDateFormat(const QLocale &locale)
+{
+    QString format = locale.dateFormat(QLocale::LongFormat);
+    static const QRegularExpression weekday(QStringLiteral("d{4}[,.]?\\s*"));
+    format.remove(weekday);
+    format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
+    return format.trimmed();
+}
+
+QString deleteAlertTitle(const QSet<QString> &selectedIds)
+{
+    if (selectedIds.size() == 1)
+        return QStringLiteral("Delete session?");
+    return QStringLiteral("Delete %1 sessions?").arg(selectedIds.size());
+}
+
+QString deleteAlertMessage(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions)
+{
+    if (selectedIds.size() == 1) {
+        const QString &id = *selectedIds.cbegin();
+        for (const ShootSession &session : sessions) {
+            if (session.id == id)
+                return QStringLiteral("Are you sure you want to delete \"%1\"? This can't be undone.").arg(session.title);
+        }
+    }
+    return QStringLiteral("Are you sure you want to delete %1 sessions? This can't be undone.").arg(selectedIds.size());
+}
+
+SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions)
+{
+    if (selectedIds.isEmpty())
+        return {SelectionEffect::Kind::Clear, std::nullopt};
+    if (selectedIds.size() > 1)
+        return {SelectionEffect::Kind::Keep, std::nullopt};
+    const QString &id = *selectedIds.cbegin();
+    for (const ShootSession &session : sessions) {
+        if (session.id == id)
+            return {SelectionEffect::Kind::Select, session};
+    }
+    return {SelectionEffect::Kind::Select, std::nullopt};
+}
+
+std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle)
+{
+    return withTitle(sessions, id, editingTitle.trimmed());
+}
+
+std::optional<QList<ShootSession>> withTitle(const QList<ShootSession> &sessions, const QString &id, const QString &title)
+{
+    if (title.isEmpty())
+        return std::nullopt;
+    const auto it = std::find_if(sessions.cbegin(), sessions.cend(), [&](const ShootSession &s) { return s.id == id; });
+    if (it == sessions.cend())
+        return std::nullopt;
+    QList<ShootSession> result = sessions;
+    result[it - sessions.cbegin()].title = title;
+    return result;
+}
+
+QList<ShootSession> sessionsWithIds(const QList<ShootSession> &sessions, const QSet<QString> &ids)
+{
+    QList<ShootSession> result;
+    std::copy_if(sessions.cbegin(), sessions.cend(), std::back_inserter(result),
+                 [&](const ShootSession &s) { return ids.contains(s.id); });
+    return result;
+}
+
+QList<ShootSession> sessionsWithoutIds(const QList<ShootSession> &sessions, const QSet<QString> &ids)
+{
+    QList<ShootSession> result;
+    std::copy_if(sessions.cbegin(), sessions.cend(), std::back_inserter(result),
+                 [&](const ShootSession &s) { return !ids.contains(s.id); });
+    return result;
+}
+
+} // namespace SessionListLogic

@@ -1,0 +1,313 @@
+#include "ui/sessions/SessionListView.h"
+
+#include "platform/Desktop.h"
+#include "state/AppState.h"
+#include "ui/widgets/CoalescedRefresh.h"
+#include "ui/widgets/Icons.h"
+#include "ui/sessions/SessionListModel.h"
+#include "ui/sessions/SessionRowDelegate.h"
+#include "ui/settings/SettingsLogic.h"
+#include "ui/shell/SignOut.h"
+#include "ui/widgets/Theme.h"
+#include "ui/widgets/ElidedLabel.h"
+#include "ui/widgets/Spinner.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace SessionListLogic;
+
+SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop &desktop, const QString &serviceHost, QWidget *parent)
+    : QWidget(parent), m_state(state), m_backend(backend), m_desktop(desktop), m_serviceHost(serviceHost)
+{
+    setObjectName(QStringLiteral("sidebar"));
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Window);
+
+    m_model = new SessionListModel(this);
+    m_delegate = new SessionRowDelegate(this);
+    m_list = new QListView;
+    m_list->setObjectName(QStringLiteral("sessionList"));
+    m_list->setModel(m_model);
+    m_list->setItemDelegate(m_delegate);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setAutoFillBackground(false);
+    m_list->viewport()->setAutoFillBackground(false);
+    m_list->setUniformItemSizes(false);
+    m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setMouseTracking(true);
+    m_list->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_list->installEventFilter(this);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 4, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_list, 1);
+    const auto addDivider = [layout] {
+        auto *divider = new QFrame;
+        divider->setObjectName(QStringLiteral("sidebarDivider"));
+        divider->setFixedHeight(1);
+        layout->addWidget(divider);
+    };
+    addDivider();
+    layout->addWidget(buildScanningSection());
+    layout->addWidget(buildAccountSection());
+
+    addDivider();
+
+    m_settingsButton = new QPushButton(QStringLiteral("Settings"));
+    m_settingsButton->setObjectName(QStringLiteral("settingsButton"));
+    m_settingsButton->setFlat(true);
+    m_settingsButton->setCursor(Qt::PointingHandCursor);
+    m_settingsButton->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
+    m_settingsButton->setIconSize(QSize(14, 14));
+    m_settingsButton->setStyleSheet(QStringLiteral("QPushButton { text-align: left; padding: 10px 20px; border: none; background: transparent; }"));
+    layout->addWidget(m_settingsButton);
+
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SessionListView::onSelectionChanged);
+    connect(m_list, &QListView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (m_model->kindAt(index.row()) == SessionListModel::RowKind::Session)
+            startRename(index.data(SessionListModel::SessionIdRole).toString());
+    });
+    connect(m_list, &QListView::customContextMenuRequested, this, &SessionListView::showContextMenu);
+    connect(m_delegate, &SessionRowDelegate::renameCommitted, this, &SessionListView::commitRename);
+    connect(m_delegate, &QAbstractItemDelegate::closeEditor, this, [this] { m_editingSessionId.reset(); });
+    connect(m_settingsButton, &QPushButton::clicked, this, &SessionListView::toggleSettings);
+
+    m_refresh = new CoalescedRefresh(this, [this] { refresh(); });
+    m_refresh->watch(&m_state, &AppState::sessionsChanged, &AppState::isScanningChanged, &AppState::scanProgressChanged,
+                     &AppState::userNameChanged, &AppState::userEmailChanged, &AppState::showSettingsChanged,
+                     &AppState::appearanceChanged);
+    refresh();
+}
+
+QWidget *SessionListView::buildScanningSection()
+{
+    m_scanningSection = new QWidget;
+    m_scanningSection->setObjectName(QStringLiteral("scanningSection"));
+    auto *stack = new QVBoxLayout(m_scanningSection);
+    stack->setContentsMargins(20, 10, 16, 6);
+    stack->setSpacing(6);
+    stack->addWidget(Theme::sectionHeader(QStringLiteral("Scanning"), 11, 0.4));
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    m_scanSpinner = new Spinner(14);
+    m_scanProgress = new ElidedLabel(Qt::ElideMiddle);
+    m_scanProgress->setFont(Theme::font(Theme::TextStyle::Caption));
+    Theme::setSecondary(m_scanProgress);
+    m_scanProgress->setObjectName(QStringLiteral("scanProgress"));
+    row->addWidget(m_scanSpinner);
+    row->addWidget(m_scanProgress, 1);
+    stack->addLayout(row);
+    return m_scanningSection;
+}
+
+QWidget *SessionListView::buildAccountSection()
+{
+    auto *section = new QWidget;
+    auto *stack = new QVBoxLayout(section);
+    stack->setContentsMargins(20, 10, 16, 10);
+    stack->setSpacing(8);
+    stack->addWidget(Theme::sectionHeader(QStringLiteral("Account"), 11, 0.4));
+
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    auto *icon = new QLabel;
+    icon->setObjectName(QStringLiteral("accountIcon"));
+    icon->setFixedSize(22, 22);
+    row->addWidget(icon, 0, Qt::AlignVCenter);
+    auto *names = new QVBoxLayout;
+    names->setSpacing(2);
+    m_userName = Theme::label(QString(), Theme::TextStyle::Caption);
+    m_userName->setFont(Theme::font(Theme::TextStyle::Caption, QFont::DemiBold));
+    m_userName->setObjectName(QStringLiteral("accountName"));
+    m_userEmail = Theme::label(QString(), Theme::TextStyle::SmallCaption, true);
+    m_userEmail->setObjectName(QStringLiteral("accountEmail"));
+    names->addWidget(m_userName);
+    names->addWidget(m_userEmail);
+    row->addLayout(names, 1);
+    stack->addLayout(row);
+
+    auto *signOut = Theme::textButton(QStringLiteral("Sign Out"), Theme::font(Theme::TextStyle::Caption, QFont::Medium), Theme::destructive());
+    signOut->setObjectName(QStringLiteral("signOutButton"));
+    connect(signOut, &QPushButton::clicked, this, &SessionListView::signOut);
+    stack->addWidget(signOut, 0, Qt::AlignLeft);
+    return section;
+}
+
+void SessionListView::refresh()
+{
+    m_applyingSelection = true;
+    m_model->setGroups(sessionsByDate(m_state.sessions(), m_state.now().toLocalTime().date(), locale()),
+                       QStringLiteral("Sync your shoots from %1").arg(m_serviceHost), locale());
+    applySelectionToView();
+    m_applyingSelection = false;
+
+    m_scanningSection->setVisible(m_state.isScanning());
+    m_scanProgress->setText(m_state.scanProgress());
+    m_userName->setText(SettingsLogic::displayName(m_state.userName()));
+    m_userEmail->setText(m_state.userEmail());
+    findChild<QLabel *>(QStringLiteral("accountIcon"))
+        ->setPixmap(Icons::pixmap(QStringLiteral("person.circle"), 22, palette().color(QPalette::PlaceholderText), devicePixelRatioF()));
+
+    const QColor settingsColor = m_state.showSettings() ? Theme::indigo() : palette().color(QPalette::PlaceholderText);
+    Theme::setTextColor(m_settingsButton, settingsColor);
+    m_settingsButton->setIcon(Icons::symbol(QStringLiteral("gearshape"), settingsColor));
+}
+
+void SessionListView::applySelectionToView()
+{
+    QItemSelection selection;
+    for (const QString &id : std::as_const(m_selectedIds)) {
+        const QModelIndex index = m_model->indexOfSession(id);
+        if (index.isValid())
+            selection.select(index, index);
+    }
+    if (selection != m_list->selectionModel()->selection())
+        m_list->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void SessionListView::setSelectedIds(const QSet<QString> &ids)
+{
+    QItemSelection selection;
+    for (const QString &id : ids) {
+        const QModelIndex index = m_model->indexOfSession(id);
+        if (index.isValid())
+            selection.select(index, index);
+    }
+    m_list->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (!selection.isEmpty())
+        m_list->selectionModel()->setCurrentIndex(selection.indexes().constFirst(), QItemSelectionModel::NoUpdate);
+}
+
+void SessionListView::onSelectionChanged()
+{
+    if (m_applyingSelection)
+        return;
+    QSet<QString> ids;
+    for (const QModelIndex &index : m_list->selectionModel()->selectedIndexes())
+        ids.insert(index.data(SessionListModel::SessionIdRole).toString());
+    if (ids == m_selectedIds)
+        return;
+    m_selectedIds = ids;
+
+    const SelectionEffect effect = selectionEffect(m_selectedIds, m_state.sessions());
+    switch (effect.kind) {
+    case SelectionEffect::Kind::Select:
+        m_state.setSelectedSession(effect.session);
+        m_state.setShowSettings(false);
+        break;
+    case SelectionEffect::Kind::Clear:
+        m_state.setSelectedSession(std::nullopt);
+        break;
+    case SelectionEffect::Kind::Keep:
+        break;
+    }
+}
+
+void SessionListView::startRename(const QString &sessionId)
+{
+    const QModelIndex index = m_model->indexOfSession(sessionId);
+    if (!index.isValid())
+        return;
+    // Moving the current row closes an editor open elsewhere, dropping its text.
+    m_list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    m_list->edit(index);
+    m_editingSessionId = sessionId;
+    if (auto *field = m_list->viewport()->findChild<QWidget *>(QStringLiteral("renameField")))
+        field->setFocus();
+}
+
+void SessionListView::commitRename(const QString &sessionId, const QString &editingTitle)
+{
+    m_editingSessionId.reset();
+    const auto updated = renamed(m_state.sessions(), sessionId, editingTitle);
+    if (!updated)
+        return;
+    m_state.setSessions(*updated);
+    const auto &selected = m_state.selectedSession();
+    if (selected && selected->id == sessionId)
+        m_state.refreshSelectedSession();
+}
+
+void SessionListView::cancelRename()
+{
+    if (QWidget *field = m_list->viewport()->findChild<QWidget *>(QStringLiteral("renameField")))
+        Q_EMIT m_delegate->closeEditor(field, QAbstractItemDelegate::RevertModelCache);
+    m_editingSessionId.reset();
+}
+
+void SessionListView::deleteFromRow(const QString &sessionId)
+{
+    setSelectedIds({sessionId});
+    // Also when the row vanished under the menu: the alert then counts one session.
+    m_selectedIds = {sessionId};
+    requestDelete();
+}
+
+void SessionListView::requestDelete()
+{
+    if (m_selectedIds.isEmpty())
+        return;
+    m_desktop.confirm({deleteAlertTitle(m_selectedIds), deleteAlertMessage(m_selectedIds, m_state.sessions()), QStringLiteral("Delete")},
+                      [this] { deleteSelected(); });
+}
+
+void SessionListView::deleteSelected()
+{
+    const QSet<QString> ids = m_selectedIds;
+    m_state.markSessionsDeleted(sessionsWithIds(m_state.sessions(), ids));
+    m_state.setSessions(sessionsWithoutIds(m_state.sessions(), ids));
+    const auto &selected = m_state.selectedSession();
+    if (selected && ids.contains(selected->id))
+        m_state.setSelectedSession(std::nullopt);
+    m_selectedIds.clear();
+    m_applyingSelection = true;
+    m_list->selectionModel()->clearSelection();
+    m_applyingSelection = false;
+}
+
+void SessionListView::signOut()
+{
+    signOutEverywhere(m_state, m_backend, AppState::SignOutScope::SessionList);
+}
+
+void SessionListView::toggleSettings()
+{
+    m_state.setShowSettings(!m_state.showSettings());
+    if (m_state.showSettings())
+        m_state.setSelectedSession(std::nullopt);
+}
+
+void SessionListView::showContextMenu(const QPoint &position)
+{
+    const QModelIndex index = m_list->indexAt(position);
+    if (!index.isValid() || m_model->kindAt(index.row()) != SessionListModel::RowKind::Session)
+        return;
+    const QString id = index.data(SessionListModel::SessionIdRole).toString();
+    QMenu menu(this);
+    menu.addAction(QStringLiteral("Rename"), this, [this, id] { startRename(id); });
+    menu.addSeparator();
+    menu.addAction(QStringLiteral("Delete"), this, [this, id] { deleteFromRow(id); });
+    menu.exec(m_list->viewport()->mapToGlobal(position));
+}
+
+bool SessionListView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_list && event->type() == QEvent::KeyPress && !m_editingSessionId) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
+            requestDelete();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}

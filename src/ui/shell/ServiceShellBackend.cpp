@@ -1,0 +1,61 @@
+#include "ui/shell/ServiceShellBackend.h"
+
+#include "media/FootageScanner.h"
+#include "service/APIService.h"
+#include "service/SessionSync.h"
+#include "state/AppState.h"
+
+ServiceShellBackend::ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner, ToolLocations tools)
+    : m_state(state), m_api(api), m_scanner(scanner), m_analysis(state, api, std::move(tools))
+{
+}
+
+QCoro::Task<QString> ServiceShellBackend::requestLoginCode(QString email)
+{
+    try {
+        co_await m_api.requestLoginCode(email);
+    } catch (const APIError &error) {
+        co_return error.description();
+    }
+    co_return QString();
+}
+
+QCoro::Task<ShellBackend::LoginOutcome> ServiceShellBackend::login(QString email, QString code)
+{
+    try {
+        const LoginResult result = co_await m_api.login(email, code);
+        co_return LoginOutcome{SignedInUser{result.name, result.email}, QString()};
+    } catch (const APIError &error) {
+        co_return LoginOutcome{std::nullopt, error.description()};
+    }
+}
+
+void ServiceShellBackend::deleteCredential()
+{
+    m_api.keychainDelete();
+}
+
+void ServiceShellBackend::syncSessions()
+{
+    SessionSync::syncSessions(m_state, m_api);
+}
+
+void ServiceShellBackend::scanFootage(const QString &folder)
+{
+    m_scanner.scanFootage(folder);
+}
+
+void ServiceShellBackend::rescanSavedFolders()
+{
+    m_scanner.rescanSavedFolders();
+}
+
+QCoro::Task<QList<TranscriptSegment>> ServiceShellBackend::fetchTranscript(QString shareToken)
+{
+    return m_api.fetchTranscript(std::move(shareToken));
+}
+
+QCoro::Task<> ServiceShellBackend::runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis)
+{
+    return m_analysis.runAnalysis(std::move(session), std::move(files), analysis);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "analysis/AnalysisPipeline.h"
+#include "ui/shell/ShellBackend.h"
+
+class APIService;
+class AppState;
+class FootageScanner;
+
+// The screens' backend in the running program: the service client with its credential store,
+// the session sync, the footage scanner and the one analysis pipeline.
+class ServiceShellBackend : public ShellBackend
+{
+public:
+    ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner,
+                        ToolLocations tools = ToolLocations::platformDefault());
+
+    QCoro::Task<QString> requestLoginCode(QString email) override;
+    QCoro::Task<LoginOutcome> login(QString email, QString code) override;
+    void deleteCredential() override;
+    void syncSessions() override;
+    void scanFootage(const QString &folder) override;
+    void rescanSavedFolders() override;
+    QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) override;
+    QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) override;
+
+private:
+    AppState &m_state;
+    APIService &m_api;
+    FootageScanner &m_scanner;
+    AnalysisPipeline m_analysis;
+};

@@ -1,0 +1,12 @@
+target_sources(vorlix_ui PRIVATE
+  ui/widgets/CoalescedRefresh.cpp
+  ui/widgets/CoalescedRefresh.h
+  ui/widgets/ElidedLabel.cpp
+  ui/widgets/ElidedLabel.h
+  ui/widgets/Icons.cpp
+  ui/widgets/Icons.h
+  ui/widgets/Spinner.cpp
+  ui/widgets/Spinner.h
+  ui/widgets/Theme.cpp
+  ui/widgets/Theme.h
+  ui/widgets/TrimSpacesAndTabs.h)

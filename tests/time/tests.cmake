@@ -1,0 +1,1 @@
+vorlix_add_test(tst_time SOURCES time/TimecodeTest.cpp support/TestData.h)
