@@ -2,12 +2,11 @@
 
 #include "media/ToolRunner.h"
 #include "state/AppState.h"
-#include "model/ClipMatcher.h"
+#include "state/SessionLibrary.h"
 
 #include <QCoreApplication>
 #include <QCoro/QCoroFuture>
 #include <QPointer>
-#include <QSet>
 #include <QtConcurrent/QtConcurrentRun>
 
 namespace {
@@ -64,27 +63,6 @@ QCoro::Task<> FootageScanner::scanAndMerge(QString folder, bool userStarted)
     const QList<MediaClip> clips = co_await scan;
     if (!self)
         co_return;
-    mergeScannedClips(m_state, clips, userStarted);
+    SessionLibrary(m_state).mergeScanned(clips, userStarted);
     Q_EMIT scanMerged(folder);
-}
-
-void mergeScannedClips(AppState &state, const QList<MediaClip> &scanned, bool endsUserScan)
-{
-    QSet<QString> knownPaths;
-    for (const MediaClip &clip : state.clips())
-        knownPaths.insert(clip.path);
-    QList<MediaClip> clips = state.clips();
-    for (const MediaClip &clip : scanned) {
-        if (!knownPaths.contains(clip.path))
-            clips.append(clip);
-    }
-    if (clips.size() != state.clips().size())
-        state.setClips(clips);
-    if (endsUserScan)
-        state.setScanning(false);
-
-    // Every session is matched again, even when nothing was added: the list may have grown
-    // through other scans since it was last matched.
-    state.setSessions(ClipMatcher::matchClipsToSessions(clips, state.sessions()));
-    state.refreshSelectedSession();
 }

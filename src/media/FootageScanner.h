@@ -19,8 +19,7 @@ class FootageScanner : public QObject
     Q_OBJECT
 
 public:
-    explicit FootageScanner(AppState &state, ToolLocations tools = ToolLocations::platformDefault(),
-                            QObject *parent = nullptr);
+    FootageScanner(AppState &state, ToolLocations tools, QObject *parent = nullptr);
 
     // The user chose `folder` for "Scan Footage": it joins the saved folders, the state shows
     // a scan until this scan's merge, and the clips are merged when the scan ends.
@@ -40,8 +39,3 @@ private:
     AppState &m_state;
     MediaScanner m_scanner;
 };
-
-// Appends the clips whose path is not yet known, ends a user-started scan when
-// `endsUserScan`, re-matches every session against all clips and refreshes the selection from
-// the re-matched sessions (clearing it when its session is gone). GUI thread only.
-void mergeScannedClips(AppState &state, const QList<MediaClip> &scanned, bool endsUserScan);

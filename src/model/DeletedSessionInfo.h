@@ -8,4 +8,6 @@ struct DeletedSessionInfo {
     QString id;
     QString title;
     QDateTime deletedAt;
+
+    friend bool operator==(const DeletedSessionInfo &, const DeletedSessionInfo &) = default;
 };

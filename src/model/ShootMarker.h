@@ -21,4 +21,6 @@ struct ShootMarker {
     // The type as the screens name it; only three types have a label of their own.
     QString displayLabel() const;
     Rgb color() const;
+
+    friend bool operator==(const ShootMarker &, const ShootMarker &) = default;
 };

@@ -19,4 +19,7 @@ struct ShootSession {
 
     // "first - last" of the markers in array order, or "--" without markers.
     QString tcRange() const;
+
+    // Field by field, so a merge can tell whether anything changed at all.
+    friend bool operator==(const ShootSession &, const ShootSession &) = default;
 };

@@ -15,4 +15,6 @@ struct TranscriptSegment {
     QString timecode;
     bool highlighted = false;
     std::optional<QList<WordTiming>> wordTimings;
+
+    friend bool operator==(const TranscriptSegment &, const TranscriptSegment &) = default;
 };

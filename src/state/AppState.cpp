@@ -97,15 +97,6 @@ void AppState::removeFootageFolder(const QString &path)
     saveSettings();
 }
 
-void AppState::refreshSelectedSession()
-{
-    if (!m_selectedSession)
-        return;
-    const auto found = std::find_if(m_sessions.cbegin(), m_sessions.cend(),
-                                    [&](const ShootSession &session) { return session.id == m_selectedSession->id; });
-    setSelectedSession(found == m_sessions.cend() ? std::nullopt : std::optional<ShootSession>(*found));
-}
-
 void AppState::markSessionsDeleted(const QList<ShootSession> &sessions)
 {
     const QSet<QString> known = deletedSessionIds();
@@ -136,19 +127,13 @@ void AppState::signIn(const QString &email, const QString &name)
     m_preferences.setString(PreferenceKeys::name, name);
 }
 
-void AppState::signOut(SignOutScope scope)
+void AppState::signOut()
 {
     setLoggedIn(false);
     setUserEmail(QString());
     setUserName(QString());
     m_preferences.remove(PreferenceKeys::email);
     m_preferences.remove(PreferenceKeys::name);
-    if (scope == SignOutScope::SettingsWindow)
-        return;
-    setSessions({});
-    setSelectedSession(std::nullopt);
-    if (scope == SignOutScope::InlineSettings)
-        setShowSettings(false);
 }
 
 void AppState::loadDeletedSessions()

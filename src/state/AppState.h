@@ -20,13 +20,6 @@ class AppState : public QObject
     Q_OBJECT
 
 public:
-    // Which sign-out is meant: they differ in what else they clear.
-    enum class SignOutScope {
-        SessionList,    // also empties sessions and the selection
-        InlineSettings, // as SessionList, and leaves the settings pane
-        SettingsWindow, // keeps sessions: the next login merges into them
-    };
-
     // The current time: when a session is marked deleted, and which day the session list calls
     // today. Passed in so that tests choose it.
     using Clock = std::function<QDateTime()>;
@@ -77,16 +70,14 @@ public:
     void addFootageFolder(const QString &path);
     void removeFootageFolder(const QString &path);
 
-    // The selection replaced by its current copy in `sessions`, or cleared when that is gone.
-    void refreshSelectedSession();
-
     void markSessionsDeleted(const QList<ShootSession> &sessions);
     void restoreDeletedSession(const QString &id);
 
     // A successful code check: remembers the user so the next start is signed in.
     void signIn(const QString &email, const QString &name);
-    // Clears the login and the stored e-mail and name; the caller deletes the credential.
-    void signOut(SignOutScope scope);
+    // Clears the login and the stored e-mail and name; the caller deletes the credential and
+    // decides what else goes.
+    void signOut();
 
 Q_SIGNALS:
     void isLoggedInChanged();

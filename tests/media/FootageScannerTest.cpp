@@ -4,6 +4,7 @@
 #include "media/FootageScanner.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -94,9 +95,9 @@ private Q_SLOTS:
         const QList<MediaClip> known = scan(m_second);
         m_state->setClips(known);
         m_state->setSessions(twoSessions());
-        mergeScannedClips(*m_state, scan(m_second), false);
+        SessionLibrary(*m_state).mergeScanned(scan(m_second), false);
         QCOMPARE(names(m_state->sessions().at(1).matchedClips, &MediaClip::id), names(known, &MediaClip::id));
-        mergeScannedClips(*m_state, scan(m_dir.path()), false);
+        SessionLibrary(*m_state).mergeScanned(scan(m_dir.path()), false);
         QCOMPARE(m_state->clips().size(), 4);
         QCOMPARE(m_state->clips().first().id, known.first().id);
     }
@@ -105,7 +106,7 @@ private Q_SLOTS:
     {
         m_state->setSessions(twoSessions());
         m_state->setSelectedSession(m_state->sessions().first());
-        FootageScanner scanner(*m_state);
+        FootageScanner scanner(*m_state, ToolLocations::platformDefault());
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);
         QStringList lines;
         bool allOnGuiThread = true;
@@ -145,7 +146,7 @@ private Q_SLOTS:
     {
         m_state->setFootageFolders({m_dir.filePath("empty"), m_root, m_second});
         m_state->setSessions(twoSessions());
-        FootageScanner scanner(*m_state);
+        FootageScanner scanner(*m_state, ToolLocations::platformDefault());
         QSignalSpy merged(&scanner, &FootageScanner::scanMerged);
         QSignalSpy scanning(m_state.get(), &AppState::isScanningChanged);
         scanner.rescanSavedFolders();
@@ -159,7 +160,7 @@ private Q_SLOTS:
 
     void scannerGoneBeforeItsScanEnds()
     {
-        auto scanner = std::make_unique<FootageScanner>(*m_state);
+        auto scanner = std::make_unique<FootageScanner>(*m_state, ToolLocations::platformDefault());
         scanner->scanFootage(m_second);
         scanner.reset();
         // The scan still ends and its progress still arrives. Its end is posted to this thread

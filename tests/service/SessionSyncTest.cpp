@@ -47,53 +47,6 @@ class SessionSyncTest : public QObject
     QString freshPreferencesFile() { return m_dir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_preferencesCount)); }
 
 private Q_SLOTS:
-    // Applying an answer merges it newest first: sessions only the user has stay; deleted ones
-    // stay away (a known one as it was); a known session takes the fetched markers, and the
-    // fetched title only while its own is empty or exactly "Shoot session", and keeps the rest.
-    // Observers see the merged sessions, then, in one assignment, the re-matched ones (with no
-    // clips there is no re-match and earlier matches stay), then the selection.
-    void applyFetched()
-    {
-        Preferences preferences(freshPreferencesFile());
-        AppState state(preferences);
-        QList<ShootSession> current = sessions({"local/Made here/5/10:00:00:00", "kept/Shoot session/1/10:00:00:00",
-                                                "default/Shoot session/2/10:00:00:00", "empty//3/10:00:00:00",
-                                                "own/My cut/4/10:00:00:00", "spaced/Shoot session /6/10:00:00:00"});
-        current[3].fps = 50;
-        current[3].transcriptSegments = {TranscriptSegment{QStringLiteral("u"), {}, {}, {}, false, std::nullopt}};
-        current[4].matchedClips = {MediaClip{"c1", {}, {}, "10:00:00:00", 60, {}, {}, {}, {}}};
-        state.setSessions(current);
-        state.markSessionsDeleted(sessions({"gone/Gone/8/10:00:00:00", "kept/K/1/10:00:00:00"}));
-        state.setSelectedSession(current[3]);
-        state.setClips({MediaClip{"near", {}, {}, "11:59:40:00", 60, {}, {}, {}, {}}});
-        QStringList events; // per change: the sessions' matches, or "selection"
-        connect(&state, &AppState::sessionsChanged, this, [&] {
-            QStringList matched;
-            for (const ShootSession &session : state.sessions()) {
-                if (!session.matchedClips.isEmpty())
-                    matched.append(session.id + u'=' + session.matchedClips.first().id);
-            }
-            events.append(matched.join(u' '));
-        });
-        connect(&state, &AppState::selectedSessionChanged, this, [&] { events.append("selection"); });
-
-        SessionSync::applyFetched(state, sessions({"new/New/9/10:00:00:00", "gone/Gone/8/10:00:00:00", "kept/K/1/11:00:00:00",
-                                                   "default/Harbour/7/11:00:00:00", "empty/Quay/3/12:00:00:00",
-                                                   "own/Theirs/4/11:00:00:00", "spaced/Theirs/6/11:00:00:00"}));
-        QCOMPARE(events, (QStringList{"own=c1", "empty=near", "selection"}));
-        QCOMPARE(shorthands(state.sessions()), (QStringList{"new/New/9/10:00:00:00", "spaced/Shoot session /6/11:00:00:00", "local/Made here/5/10:00:00:00",
-                                                       "own/My cut/4/11:00:00:00", "empty/Quay/3/12:00:00:00", "default/Harbour/2/11:00:00:00",
-                                                       "kept/Shoot session/1/10:00:00:00"}));
-        const ShootSession selected = *state.selectedSession();
-        QCOMPARE(QStringList({shorthands({selected}).first(), QString::number(selected.fps), selected.transcriptSegments.first().id}),
-                 QStringList({"empty/Quay/3/12:00:00:00", "50", "u"}));
-
-        state.setClips({});
-        events.clear();
-        SessionSync::applyFetched(state, {});
-        QCOMPARE(events, (QStringList{"empty=near", "selection"}));
-    }
-
     // One sync run over HTTP: the answer is applied to a signed-in state only, a refused fetch
     // changes nothing, and a state deleted while the fetch is in flight is left alone.
     void syncRuns_data() { addJsonCases(QStringLiteral("service/service-answers.json"), QStringLiteral("sync")); }

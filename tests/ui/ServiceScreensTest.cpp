@@ -100,9 +100,9 @@ private Q_SLOTS:
         m_api = std::make_unique<APIService>(u"http://127.0.0.1:%1"_s.arg(port), CredentialStore(u"io.vorlix.sync.ui-test"_s, u"ui-screens"_s));
         m_api->keychainDelete();
         m_shell = std::make_unique<ShellFixture>();
-        m_scanner = std::make_unique<FootageScanner>(m_shell->state);
         ToolLocations tools = ToolLocations::platformDefault();
         tools.temporaryDirectory = m_scratch.path();
+        m_scanner = std::make_unique<FootageScanner>(m_shell->state, tools);
         m_backend = std::make_unique<ServiceShellBackend>(m_shell->state, *m_api, *m_scanner, tools);
         m_shell->open(*m_backend, QUrl(m_api->baseURL()));
     }

@@ -11,6 +11,7 @@
 #include "platform/Desktop.h"
 #include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
 #include "ui/detail/MarkerRow.h"
@@ -453,12 +454,7 @@ void SessionDetailView::renameSession()
 {
     m_isRenaming = false;
     updateTitleRow();
-    const QString id = m_session.id;
-    const auto sessions = SessionListLogic::withTitle(m_state.sessions(), id, trimSpacesAndTabs(m_newTitle).toString());
-    if (!sessions)
-        return;
-    m_state.setSessions(*sessions);
-    m_state.setSelectedSession(*std::find_if(sessions->cbegin(), sessions->cend(), [&id](const ShootSession &s) { return s.id == id; }));
+    SessionLibrary(m_state).renameSession(m_session.id, trimSpacesAndTabs(m_newTitle).toString());
 }
 
 void SessionDetailView::deleteSession()
@@ -470,11 +466,9 @@ void SessionDetailView::deleteSession()
     m_desktop.confirm({QStringLiteral("Delete this session?"), message, QStringLiteral("Delete")}, [self, shown] {
         if (!self)
             return;
-        AppState &state = self->m_state;
         self->m_memory.remove(shown.id);
-        state.markSessionsDeleted({shown});
-        state.setSessions(SessionListLogic::sessionsWithoutIds(state.sessions(), {shown.id}));
-        state.setSelectedSession(std::nullopt);
+        SessionLibrary(self->m_state).deleteSessions({shown.id});
+        self->m_state.setSelectedSession(std::nullopt);
     });
 }
 

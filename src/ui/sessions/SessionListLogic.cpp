@@ -76,37 +76,4 @@ SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<Sh
     return {SelectionEffect::Kind::Select, std::nullopt};
 }
 
-std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle)
-{
-    return withTitle(sessions, id, editingTitle.trimmed());
-}
-
-std::optional<QList<ShootSession>> withTitle(const QList<ShootSession> &sessions, const QString &id, const QString &title)
-{
-    if (title.isEmpty())
-        return std::nullopt;
-    const auto it = std::find_if(sessions.cbegin(), sessions.cend(), [&](const ShootSession &s) { return s.id == id; });
-    if (it == sessions.cend())
-        return std::nullopt;
-    QList<ShootSession> result = sessions;
-    result[it - sessions.cbegin()].title = title;
-    return result;
-}
-
-QList<ShootSession> sessionsWithIds(const QList<ShootSession> &sessions, const QSet<QString> &ids)
-{
-    QList<ShootSession> result;
-    std::copy_if(sessions.cbegin(), sessions.cend(), std::back_inserter(result),
-                 [&](const ShootSession &s) { return ids.contains(s.id); });
-    return result;
-}
-
-QList<ShootSession> sessionsWithoutIds(const QList<ShootSession> &sessions, const QSet<QString> &ids)
-{
-    QList<ShootSession> result;
-    std::copy_if(sessions.cbegin(), sessions.cend(), std::back_inserter(result),
-                 [&](const ShootSession &s) { return !ids.contains(s.id); });
-    return result;
-}
-
 } // namespace SessionListLogic

@@ -7,8 +7,8 @@
 #include <QSet>
 #include <optional>
 
-// The session list's behaviour without widgets: grouping by day, the delete alert's texts, the
-// reactions to selection, rename and delete.
+// The session list's behaviour without widgets: grouping by day, the delete alert's texts and
+// the reaction to selection.
 namespace SessionListLogic {
 
 struct DayGroup {
@@ -32,15 +32,5 @@ struct SelectionEffect {
     std::optional<ShootSession> session; // for Select: the session, or none if the id is unknown
 };
 SelectionEffect selectionEffect(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions);
-
-// The sessions after renaming `id` to the trimmed text, or none when nothing changes (blank
-// text, unknown id).
-std::optional<QList<ShootSession>> renamed(const QList<ShootSession> &sessions, const QString &id, const QString &editingTitle);
-// The sessions with `title`, as given, on session `id`, or none when `title` is empty or no
-// session has that id.
-std::optional<QList<ShootSession>> withTitle(const QList<ShootSession> &sessions, const QString &id, const QString &title);
-
-QList<ShootSession> sessionsWithIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
-QList<ShootSession> sessionsWithoutIds(const QList<ShootSession> &sessions, const QSet<QString> &ids);
 
 } // namespace SessionListLogic

@@ -2,6 +2,7 @@
 
 #include "platform/Desktop.h"
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
 #include "ui/sessions/SessionListModel.h"
@@ -229,20 +230,7 @@ void SessionListView::startRename(const QString &sessionId)
 void SessionListView::commitRename(const QString &sessionId, const QString &editingTitle)
 {
     m_editingSessionId.reset();
-    const auto updated = renamed(m_state.sessions(), sessionId, editingTitle);
-    if (!updated)
-        return;
-    m_state.setSessions(*updated);
-    const auto &selected = m_state.selectedSession();
-    if (selected && selected->id == sessionId)
-        m_state.refreshSelectedSession();
-}
-
-void SessionListView::cancelRename()
-{
-    if (QWidget *field = m_list->viewport()->findChild<QWidget *>(QStringLiteral("renameField")))
-        Q_EMIT m_delegate->closeEditor(field, QAbstractItemDelegate::RevertModelCache);
-    m_editingSessionId.reset();
+    SessionLibrary(m_state).renameSession(sessionId, editingTitle.trimmed());
 }
 
 void SessionListView::deleteFromRow(const QString &sessionId)
@@ -263,12 +251,7 @@ void SessionListView::requestDelete()
 
 void SessionListView::deleteSelected()
 {
-    const QSet<QString> ids = m_selectedIds;
-    m_state.markSessionsDeleted(sessionsWithIds(m_state.sessions(), ids));
-    m_state.setSessions(sessionsWithoutIds(m_state.sessions(), ids));
-    const auto &selected = m_state.selectedSession();
-    if (selected && ids.contains(selected->id))
-        m_state.setSelectedSession(std::nullopt);
+    SessionLibrary(m_state).deleteSessions(m_selectedIds);
     m_selectedIds.clear();
     m_applyingSelection = true;
     m_list->selectionModel()->clearSelection();
@@ -277,7 +260,7 @@ void SessionListView::deleteSelected()
 
 void SessionListView::signOut()
 {
-    signOutEverywhere(m_state, m_backend, AppState::SignOutScope::SessionList);
+    signOutEverywhere(m_state, m_backend, SignOutScope::SessionList);
 }
 
 void SessionListView::toggleSettings()

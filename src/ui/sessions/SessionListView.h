@@ -30,7 +30,6 @@ public:
 
     void startRename(const QString &sessionId);
     void commitRename(const QString &sessionId, const QString &editingTitle);
-    void cancelRename();
     // The context menu's "Delete": selects just this session, then asks.
     void deleteFromRow(const QString &sessionId);
     // The Delete key: asks about the current selection, if any.

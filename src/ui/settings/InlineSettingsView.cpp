@@ -1,8 +1,9 @@
 #include "ui/settings/InlineSettingsView.h"
 
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
+#include "ui/shell/ShellBackend.h"
 #include "platform/Desktop.h"
-#include "platform/NotificationCenter.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
 #include "ui/settings/SettingsActions.h"
@@ -246,12 +247,12 @@ void InlineSettingsView::refreshDeleted()
 
 void InlineSettingsView::restore(const QString &sessionId)
 {
-    m_state.restoreDeletedSession(sessionId);
-    // The sync that this starts brings the session back, its id no longer being recorded as deleted.
-    NotificationCenter::defaultCenter().post(Notifications::syncNow);
+    SessionLibrary(m_state).restoreSession(sessionId);
+    // The sync brings the session back, its id no longer being recorded as deleted.
+    m_backend.syncSessions();
 }
 
 void InlineSettingsView::signOut()
 {
-    signOutEverywhere(m_state, m_backend, AppState::SignOutScope::InlineSettings);
+    signOutEverywhere(m_state, m_backend, SignOutScope::InlineSettings);
 }

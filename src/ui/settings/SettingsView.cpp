@@ -121,5 +121,5 @@ void SettingsView::refresh()
 
 void SettingsView::signOut()
 {
-    signOutEverywhere(m_state, m_backend, AppState::SignOutScope::SettingsWindow);
+    signOutEverywhere(m_state, m_backend, SignOutScope::SettingsWindow);
 }

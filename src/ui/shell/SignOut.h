@@ -1,8 +1,14 @@
 #pragma once
 
-#include "state/AppState.h"
-
+class AppState;
 class ShellBackend;
 
-// Every sign-out: the state's own clearing for the surface it came from, then the credential.
-void signOutEverywhere(AppState &state, ShellBackend &backend, AppState::SignOutScope scope);
+// Where the user signed out: the surfaces differ in what else goes.
+enum class SignOutScope {
+    SessionList,    // also empties sessions and the selection
+    InlineSettings, // as SessionList, and leaves the settings pane
+    SettingsWindow, // keeps sessions: the next login merges into them
+};
+
+// Every sign-out: the login, what the surface clears, then the credential.
+void signOutEverywhere(AppState &state, ShellBackend &backend, SignOutScope scope);
