@@ -1,7 +1,12 @@
 #!/usr/bin/env bash
-# Configures and builds everything (program, command-line tool, stand-in, tests, benchmarks).
+# Configures the default preset (build/, or $VORLIX_BUILD_DIR) and builds the given targets,
+# everything when none is given.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build_dir=${VORLIX_BUILD_DIR:-build}
-cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$build_dir"
+cmake --preset default -B "$build_dir" >/dev/null
+if [ $# -gt 0 ]; then
+  cmake --build "$build_dir" --target "$@"
+else
+  cmake --build "$build_dir"
+fi

@@ -13,7 +13,8 @@ demo=${VORLIX_DEMO_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/vorlix-sync-demo}
 code=123456
 
 scripts/setup.sh
-scripts/build.sh
+# Only what the demo runs: the program and the stand-in (no tests, benchmarks or tools).
+scripts/build.sh vorlix-sync vorlix-service-standin
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ "${QT_QPA_PLATFORM:-}" != offscreen ]; then
   # A machine without a screen still runs the whole demo, on a virtual one (xvfb from setup).

@@ -1,9 +1,16 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the whole test suite. The suite runs inside its own D-Bus session
-# with an unlocked keyring, so the credential tests use the real secret store; GUI tests use
-# the offscreen platform. CTest's summary is the last thing printed.
+# Sets up, builds and runs the whole test suite (the layer check of src/ included), then builds
+# the core, the command-line tool and their tests under AddressSanitizer and
+# UndefinedBehaviorSanitizer (the asan preset, build-asan/) and runs those tests again. Each run
+# has its own D-Bus session with an unlocked keyring, so the credential tests use the real
+# secret store; GUI tests use the offscreen platform. Extra arguments go to both CTest runs.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 scripts/build.sh
-exec dbus-run-session -- bash scripts/run-tests-in-session.sh "$@"
+dbus-run-session -- bash scripts/run-tests-in-session.sh "$@"
+
+echo "test: the core and the command-line tool under the sanitizers (build-asan/)"
+cmake --preset asan >/dev/null
+cmake --build --preset asan
+VORLIX_BUILD_DIR=build-asan exec dbus-run-session -- bash scripts/run-tests-in-session.sh -L '^core$' "$@"
