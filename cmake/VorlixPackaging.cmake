@@ -16,11 +16,10 @@ set(CPACK_PACKAGE_NAME vorlix-sync)
 set(CPACK_PACKAGE_VENDOR "The Vorlix Sync developers")
 set(CPACK_PACKAGE_CONTACT "The Vorlix Sync developers <developers@vorlix.io>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_PACKAGE_DESCRIPTION
-  "Vorlix Sync downloads the shoot sessions logged on set, matches the footage to them by "
-  "timecode and hands the markers to editing software as an EDL, an xmeml sequence or an "
-  "OpenTimelineIO timeline. vorlix-sync-cli does the same without a display.")
-string(JOIN "" CPACK_PACKAGE_DESCRIPTION ${CPACK_PACKAGE_DESCRIPTION})
+set(CPACK_PACKAGE_DESCRIPTION [[Vorlix Sync downloads the shoot sessions logged on set, matches the footage
+to them by timecode and hands the markers to editing software as an EDL, an
+xmeml sequence or an OpenTimelineIO timeline. vorlix-sync-cli does the same
+without a display.]])
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
 if(UNIX AND NOT APPLE)
