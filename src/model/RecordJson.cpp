@@ -1,5 +1,7 @@
 #include "model/RecordJson.h"
 
+#include "time/NumberText.h"
+
 #include <QTimeZone>
 #include <cmath>
 #include <limits>
@@ -104,8 +106,8 @@ public:
 private:
     static bool isInteger(double value)
     {
-        return std::isfinite(value) && std::trunc(value) == value
-            && std::abs(value) <= double(std::numeric_limits<int>::max());
+        const auto number = wholeNumber(value);
+        return number && std::abs(*number) <= std::numeric_limits<int>::max();
     }
 
     QJsonValue required(const QString &key, QJsonValue::Type type)

@@ -1,9 +1,10 @@
 #include "service/ServiceJson.h"
 
+#include "time/NumberText.h"
+
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QUuid>
-#include <cmath>
 
 namespace ServiceJson {
 
@@ -48,13 +49,8 @@ QDateTime dateValue(const QJsonObject &object, const QDateTime &now)
 
 std::optional<QString> integerText(const QJsonValue &value)
 {
-    if (!value.isDouble())
-        return std::nullopt;
-    const double number = value.toDouble();
-    // Beyond 2^53 a double no longer tells neighbouring integers apart.
-    if (std::trunc(number) != number || std::abs(number) > 9007199254740992.0)
-        return std::nullopt;
-    return QString::number(qint64(number));
+    const auto number = value.isDouble() ? wholeNumber(value.toDouble()) : std::nullopt;
+    return number ? std::optional(QString::number(*number)) : std::nullopt;
 }
 
 std::optional<QList<WordTiming>> wordTimings(const QJsonObject &object)

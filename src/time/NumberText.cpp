@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QChar>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <locale.h>
@@ -60,4 +61,12 @@ std::optional<qint64> parseBase10Integer(QStringView text)
         value = -value;
     }
     return value;
+}
+
+std::optional<qint64> wholeNumber(double value)
+{
+    constexpr double largest = 9007199254740992.0; // 2^53
+    if (!std::isfinite(value) || std::trunc(value) != value || std::abs(value) > largest)
+        return std::nullopt;
+    return qint64(value);
 }

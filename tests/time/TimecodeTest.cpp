@@ -24,7 +24,9 @@ private Q_SLOTS:
     {
         QFETCH(QString, input);
         QFETCH(QString, expected);
-        QCOMPARE(caseText(parseStrictDecimal(input)) + ", " + caseText(parseBase10Integer(input)), expected);
+        const std::optional<double> decimal = parseStrictDecimal(input);
+        QCOMPARE(caseText(decimal) + ", " + caseText(parseBase10Integer(input)) + ", " + caseText(decimal ? wholeNumber(*decimal) : std::nullopt),
+                 expected);
     }
 
     void conversions_data() { addCaseRows(QStringLiteral("time/conversions.txt")); }
