@@ -1,7 +1,7 @@
 // The frame uploads of one analysed file at the most: 60 scene frames of about 30 KB. Reading and
 // base64-encoding them runs on the tool pool; splitting them into request bodies runs on the GUI
 // thread between two uploads, so it has to stay well under a frame's time (16 ms).
-#include "analysis/AnalysisPipeline.h"
+#include "analysis/AnalysisService.h"
 
 #include <QDir>
 #include <QFile>

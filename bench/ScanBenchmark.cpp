@@ -40,7 +40,7 @@ const QTemporaryDir &footage()
 void BM_ScanFolder(benchmark::State &state)
 {
     const QString folder = footage().path();
-    const MediaScanner &scanner = MediaScanner::shared();
+    const MediaScanner scanner(ToolLocations::platformDefault());
     qint64 wallNanoseconds = 0;
     qint64 toolNanoseconds = 0;
     qint64 files = 0;

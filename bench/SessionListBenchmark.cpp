@@ -19,7 +19,7 @@ class IdleBackend : public ShellBackend
 public:
     QCoro::Task<QString> requestLoginCode(QString) override { co_return QString(); }
     QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{}; }
-    void deleteCredential() override {}
+    QCoro::Task<> deleteCredential() override { co_return; }
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}

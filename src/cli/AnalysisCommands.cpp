@@ -1,13 +1,10 @@
-#include "analysis/AnalysisPipeline.h"
+#include "analysis/AnalysisService.h"
 #include "cli/CliCommand.h"
 #include "cli/CliIo.h"
-#include "platform/Preferences.h"
 #include "service/APIService.h"
-#include "state/AppState.h"
 #include "time/NumberText.h"
 
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -16,7 +13,6 @@ const QCommandLineOption fpsOption(QStringLiteral("fps"), QStringLiteral("The se
 
 // Texts live outside the coroutine: g++ 12 cannot compile QStringLiteral inside one.
 const QString fpsError = QStringLiteral("--fps must be a whole number from 1 to 1000");
-const QString scratchStoreName = QStringLiteral("analyse.ini");
 
 std::optional<int> chosenFps(const QCommandLineParser &parser)
 {
@@ -33,35 +29,35 @@ QString line(const QString &text)
     return text + QLatin1Char('\n');
 }
 
+// Each new progress line goes to stderr as it comes, like a log; the run's end shows no line.
+AnalysisService::UpdateHandler progressPrinter()
+{
+    return [shown = QString()](const AnalysisUpdate &update) mutable {
+        if (!update.progress.isEmpty() && update.progress != shown)
+            CliIo::printError(line(update.progress));
+        shown = update.progress;
+    };
+}
+
+// The service keeps what the uploads produce under the token; reloading it is `sessions`' job.
 QCoro::Task<int> analyse(const CliContext &context, const QCommandLineParser &parser)
 {
     const std::optional<int> fps = chosenFps(parser);
     if (!fps)
         co_return context.fail(fpsError);
 
-    // The tool keeps no state between runs: the pipeline's state lives in a throw-away store.
-    const QTemporaryDir scratch;
-    Preferences preferences(scratch.filePath(scratchStoreName));
-    AppState state(preferences);
     ShootSession session;
-    session.id = session.shareToken = session.title = parser.value(tokenOption);
+    session.id = session.shareToken = parser.value(tokenOption);
     session.fps = *fps;
-    state.setSessions({session});
-
     QList<QUrl> files;
     for (const QString &path : parser.positionalArguments())
         files.append(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
 
     APIService api(context.serviceUrl, context.credentials);
-    AnalysisPipeline pipeline(state, api);
-    AnalysisState analysis;
-    QObject::connect(&analysis, &AnalysisState::analyseProgressChanged, &analysis, [&analysis] {
-        if (!analysis.analyseProgress().isEmpty())
-            CliIo::printError(line(analysis.analyseProgress()));
-    });
-    QCoro::Task<> run = pipeline.runAnalysis(session, files, analysis);
-    co_await std::move(run);
-    for (const QString &result : analysis.analyseResults())
+    AnalysisService analysis(api, context.tools);
+    QCoro::Task<AnalysisOutcome> run = analysis.analyse(session, files, progressPrinter());
+    const AnalysisOutcome outcome = co_await std::move(run);
+    for (const QString &result : outcome.results)
         CliIo::printOut(line(result).toUtf8());
     co_return 0;
 }

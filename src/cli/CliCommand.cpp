@@ -97,7 +97,7 @@ QCoro::Task<int> runCli(const QList<CliCommand> &commands, QStringList arguments
             co_return usage(QStringLiteral("--service-url needs a URL."), groupHelp(commands, QString()));
         }
     }
-    const CliContext context{resolveServiceUrl(serviceUrlOption), credentialsFromEnvironment()};
+    const CliContext context{resolveServiceUrl(serviceUrlOption), credentialsFromEnvironment(), ToolLocations::platformDefault()};
     if (arguments.isEmpty())
         co_return usage(QStringLiteral("No command given."), groupHelp(commands, QString()));
     if (isHelp(arguments.first())) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/ToolLocations.h"
 #include "platform/CredentialStore.h"
 
 #include <QCommandLineOption>
@@ -11,10 +12,12 @@
 #include <functional>
 
 // What every command gets: the service URL chosen by option, environment or build, the keyring
-// item of the stored login, and the way to end with an error.
+// item of the stored login, where ffprobe and ffmpeg are looked for and scratch files go, and
+// the way to end with an error.
 struct CliContext {
     QString serviceUrl;
     CredentialStore credentials;
+    ToolLocations tools;
 
     // Exit status 1: the error's description on stderr.
     int fail(const QString &message) const;

@@ -16,9 +16,10 @@ QCoro::Task<int> probe(const CliContext &context, const QCommandLineParser &pars
         if (!info.isFile())
             co_return context.fail(QStringLiteral("%1: %2").arg(file, info.exists() ? QStringLiteral("not a file") : QStringLiteral("no such file")));
     }
+    const MediaScanner scanner(context.tools);
     QList<MediaClip> clips;
     for (const QString &file : files)
-        clips.append(MediaScanner::shared().probeClip(QFileInfo(file).absoluteFilePath()));
+        clips.append(scanner.probeClip(QFileInfo(file).absoluteFilePath()));
     CliIo::printJson(RecordJson::toJsonArray(clips));
     co_return 0;
 }
@@ -36,7 +37,7 @@ QCoro::Task<int> scan(const CliContext &context, const QCommandLineParser &parse
         co_return context.fail(QStringLiteral("%1: %2").arg(folder, info.exists() ? QStringLiteral("not a folder") : QStringLiteral("no such folder")));
     if (!QDir(folder).isReadable())
         co_return context.fail(QStringLiteral("%1: cannot be read").arg(folder));
-    const QList<MediaClip> clips = MediaScanner::shared().scanFolder(folder, [](const QString &line) {
+    const QList<MediaClip> clips = MediaScanner(context.tools).scanFolder(folder, [](const QString &line) {
         CliIo::printError(line + QLatin1Char('\n'));
     });
     CliIo::printJson(RecordJson::toJsonArray(clips));

@@ -53,7 +53,8 @@ QCoro::Task<int> transcript(const CliContext &context, const QCommandLineParser 
 
 QCoro::Task<int> logout(const CliContext &context, const QCommandLineParser &)
 {
-    context.credentials.remove();
+    QCoro::Task<> removal = context.credentials.remove();
+    co_await std::move(removal);
     co_return 0;
 }
 

@@ -14,8 +14,7 @@ inline constexpr int measuredAudioSeconds = 10;
 // over its first seconds; 0 when there is at most one stream or nothing could be measured.
 // `ffmpeg` is the executable the caller found. Runs up to 17 tools one after another and uses
 // vorlix-levelcheck-N.wav in the temporary directory.
-int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg,
-                          const ToolLocations &tools = ToolLocations::platformDefault());
+int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg, const ToolLocations &tools);
 
 // The 1-based number of the first audio track that has channels; 1 when nothing better is known.
 int detectAudioTrackOffset(const std::optional<QString> &path);

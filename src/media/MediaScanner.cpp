@@ -19,15 +19,7 @@ MediaScanner::MediaScanner(ToolLocations tools)
 {
 }
 
-const MediaScanner &MediaScanner::shared()
-{
-    // Created on first use (thread-safe static initialisation) and never destroyed, so a scan
-    // still running at exit cannot outlive it.
-    static const MediaScanner *instance = new MediaScanner(ToolLocations::platformDefault());
-    return *instance;
-}
-
-bool MediaScanner::isMediaFile(const QString &path) const
+bool MediaScanner::isMediaFile(const QString &path)
 {
     return mediaExtensions.contains(QFileInfo(path).suffix().toLower());
 }

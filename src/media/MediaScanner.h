@@ -22,15 +22,13 @@ public:
     // The probes launch ffprobe from `tools`; tests pass locations of their own.
     explicit MediaScanner(ToolLocations tools);
 
-    // The process-wide instance, with this platform's tool locations.
-    static const MediaScanner &shared();
-
     // Lower-case extensions of the files that count as media.
-    const QSet<QString> mediaExtensions{
+    static inline const QSet<QString> mediaExtensions{
         QStringLiteral("mxf"), QStringLiteral("mp4"), QStringLiteral("mov"), QStringLiteral("avi"),
         QStringLiteral("m4v"), QStringLiteral("mpg"), QStringLiteral("mts"), QStringLiteral("r3d")};
 
-    bool isMediaFile(const QString &path) const;
+    // By the name's extension alone, compared in lower case; the file is not looked at.
+    static bool isMediaFile(const QString &path);
 
     // The first existing ffprobe candidate, else the fall-back name; looked up on every call.
     QString findFFprobe() const;

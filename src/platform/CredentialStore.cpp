@@ -1,37 +1,68 @@
 #include "platform/CredentialStore.h"
 
-#include <QEventLoop>
+#include <QCoro/QCoroSignal>
 #include <QStringDecoder>
-#include <functional>
-#include <memory>
 #include <qt6keychain/keychain.h>
 
 namespace {
 
-struct DeleteLater {
-    void operator()(QObject *object) const { object->deleteLater(); }
-};
-
+// A job for the one item. It deletes itself after `finished`, never before: the Secret Service's
+// answer still refers to it while it runs, so its life cannot end with a coroutine that stops
+// waiting for it.
 template<typename Job>
-std::unique_ptr<Job, DeleteLater> runJob(const QString &service, const QString &account,
-                                         const std::function<void(Job &)> &prepare = {})
+Job *newJob(const QString &service, const QString &account)
 {
-    std::unique_ptr<Job, DeleteLater> job(new Job(service));
-    job->setAutoDelete(false);
+    auto *job = new Job(service);
+    job->setAutoDelete(true);
     job->setInsecureFallback(false);
     job->setKey(account);
-    if (prepare)
-        prepare(*job);
-    QEventLoop loop;
-    bool finished = false;
-    QObject::connect(job.get(), &QKeychain::Job::finished, &loop, [&] {
-        finished = true;
-        loop.quit();
-    });
-    job->start();
-    if (!finished)
-        loop.exec();
     return job;
+}
+
+QCoro::Task<> finished(QKeychain::Job *job)
+{
+    auto signal = qCoro(job, &QKeychain::Job::finished);
+    co_await signal;
+}
+
+// Resumes once `job` has finished; it is still alive then, since its deletion is queued after
+// the resumption. The wait is set up before the start, though start() only queues the job.
+QCoro::Task<> run(QKeychain::Job *job)
+{
+    QCoro::Task<> done = finished(job);
+    job->start();
+    co_await std::move(done);
+}
+
+// The calls take the item by value so that a started call never refers to the store object.
+QCoro::Task<std::optional<QString>> readItem(QString service, QString account)
+{
+    auto *job = newJob<QKeychain::ReadPasswordJob>(service, account);
+    QCoro::Task<> done = run(job);
+    co_await std::move(done);
+    if (job->error() != QKeychain::NoError)
+        co_return std::nullopt;
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder.decode(job->binaryData());
+    if (decoder.hasError())
+        co_return std::nullopt;
+    co_return text;
+}
+
+QCoro::Task<> removeItem(QString service, QString account)
+{
+    QCoro::Task<> done = run(newJob<QKeychain::DeletePasswordJob>(service, account));
+    co_await std::move(done);
+}
+
+QCoro::Task<> writeItem(QString service, QString account, QString text)
+{
+    QCoro::Task<> removal = removeItem(service, account);
+    co_await std::move(removal);
+    auto *job = newJob<QKeychain::WritePasswordJob>(service, account);
+    job->setBinaryData(text.toUtf8());
+    QCoro::Task<> done = run(job);
+    co_await std::move(done);
 }
 
 } // namespace
@@ -41,27 +72,17 @@ CredentialStore::CredentialStore(QString service, QString account)
 {
 }
 
-std::optional<QString> CredentialStore::read() const
+QCoro::Task<std::optional<QString>> CredentialStore::read() const
 {
-    const auto job = runJob<QKeychain::ReadPasswordJob>(m_service, m_account);
-    if (job->error() != QKeychain::NoError)
-        return std::nullopt;
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(job->binaryData());
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
+    return readItem(m_service, m_account);
 }
 
-void CredentialStore::write(const QString &text) const
+QCoro::Task<> CredentialStore::write(QString text) const
 {
-    remove();
-    const QByteArray bytes = text.toUtf8();
-    runJob<QKeychain::WritePasswordJob>(m_service, m_account,
-                                        [&](QKeychain::WritePasswordJob &job) { job.setBinaryData(bytes); });
+    return writeItem(m_service, m_account, std::move(text));
 }
 
-void CredentialStore::remove() const
+QCoro::Task<> CredentialStore::remove() const
 {
-    runJob<QKeychain::DeletePasswordJob>(m_service, m_account);
+    return removeItem(m_service, m_account);
 }

@@ -28,6 +28,10 @@ struct DeleteLater {
 const QString loginCodePath = QStringLiteral("/auth/login");
 const QString verifyPath = QStringLiteral("/auth/verify");
 const QString sessionsPath = QStringLiteral("/api/shoot/sessions");
+const QString analysisAudioPath = QStringLiteral("/api/shoot/analyse-audio");
+const QString analysisFramesPath = QStringLiteral("/api/shoot/analyse-frames");
+const QByteArray wavType = QByteArrayLiteral("audio/wav");
+const QByteArray jsonType = QByteArrayLiteral("application/json");
 
 QByteArray jsonBody(const QString &email, const std::optional<QString> &code = std::nullopt)
 {
@@ -52,11 +56,14 @@ QJsonObject parseAnswer(const QByteArray &body)
     return document.object();
 }
 
-// Network-level failures (codes below 200) carry no answer; content and server errors are
-// Qt's reading of an HTTP status, which the operations judge themselves.
-bool isTransportFailure(QNetworkReply::NetworkError error, bool hasStatus)
+// Network-level failures (codes below 200) carry no answer, unless a cut-off answer is read;
+// content and server errors are Qt's reading of an HTTP status, which the operations judge
+// themselves.
+bool isTransportFailure(QNetworkReply::NetworkError error, bool hasStatus, bool readsCutOffAnswers)
 {
-    return error != QNetworkReply::NoError && (error < QNetworkReply::ContentAccessDenied || !hasStatus);
+    if (error == QNetworkReply::NoError)
+        return false;
+    return !hasStatus || (error < QNetworkReply::ContentAccessDenied && !readsCutOffAnswers);
 }
 
 QString transportDescription(const QNetworkReply &reply)
@@ -80,19 +87,19 @@ APIService::APIService(QString baseURL, CredentialStore credentials, APITimeLimi
 
 APIService::~APIService() = default;
 
-std::optional<QString> APIService::keychainRead() const
+QCoro::Task<std::optional<QString>> APIService::keychainRead() const
 {
     return m_credentials.read();
 }
 
-void APIService::keychainWrite(const QString &text) const
+QCoro::Task<> APIService::keychainWrite(QString text) const
 {
-    m_credentials.write(text);
+    return m_credentials.write(std::move(text));
 }
 
-void APIService::keychainDelete() const
+QCoro::Task<> APIService::keychainDelete() const
 {
-    m_credentials.remove();
+    return m_credentials.remove();
 }
 
 std::optional<QUrl> APIService::transcriptUrl(const QString &baseURL, const QString &token)
@@ -113,16 +120,23 @@ QNetworkRequest APIService::jsonPost(const QString &path) const
     return request;
 }
 
-QNetworkRequest APIService::authenticatedGet(const QUrl &url) const
+QNetworkRequest APIService::uploadRequest(const QString &path, const QByteArray &contentType) const
 {
-    QNetworkRequest request(url);
-    if (const auto credential = keychainRead())
-        request.setRawHeader(QByteArrayLiteral("Cookie"), credential->toUtf8());
+    QNetworkRequest request(QUrl(m_baseURL + path));
+    request.setRawHeader(QByteArrayLiteral("Content-Type"), contentType);
     return request;
 }
 
+QCoro::Task<QNetworkRequest> APIService::authenticated(QNetworkRequest request) const
+{
+    QCoro::Task<std::optional<QString>> reading = keychainRead();
+    if (const std::optional<QString> credential = co_await std::move(reading))
+        request.setRawHeader("Cookie", credential->toUtf8());
+    co_return request;
+}
+
 QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::optional<QByteArray> body,
-                                                 std::chrono::milliseconds limit)
+                                                 std::chrono::milliseconds limit, CutOffAnswers cutOff)
 {
     request.setTransferTimeout(int(limit.count()));
     const std::unique_ptr<QNetworkReply, DeleteLater> reply(body ? m_network->post(request, *body)
@@ -130,7 +144,7 @@ QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::o
     co_await reply.get();
 
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (isTransportFailure(reply->error(), status.isValid()))
+    if (isTransportFailure(reply->error(), status.isValid(), cutOff == CutOffAnswers::Read))
         throw APIError::transport(transportDescription(*reply));
     Answer answer;
     if (status.isValid())
@@ -143,7 +157,7 @@ QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::o
 
 QCoro::Task<> APIService::requestLoginCode(QString email)
 {
-    const Answer answer = co_await send(jsonPost(loginCodePath), jsonBody(email), m_limits.loginCode);
+    const Answer answer = co_await send(jsonPost(loginCodePath), jsonBody(email), m_limits.loginCode, CutOffAnswers::Fail);
     if (const auto refusal = ServiceJson::loginCodeRefusal(parseAnswer(answer.body)))
         throw APIError::loginFailed(*refusal);
 }
@@ -152,20 +166,24 @@ QCoro::Task<LoginResult> APIService::login(QString email, QString code)
 {
     QNetworkRequest request = jsonPost(verifyPath);
     request.setRawHeader("x-vorlix-client", "live");
-    const Answer answer = co_await send(request, jsonBody(email, code), m_limits.login);
+    const Answer answer = co_await send(request, jsonBody(email, code), m_limits.login, CutOffAnswers::Fail);
     if (!answer.status)
         throw APIError::invalidResponse();
     const QJsonObject object = parseAnswer(answer.body);
     if (const auto refusal = ServiceJson::loginRefusal(object))
         throw APIError::loginFailed(*refusal);
-    if (const auto credential = ServiceJson::credentialFromAnswer(object, answer.setCookie))
-        keychainWrite(*credential);
+    if (const auto credential = ServiceJson::credentialFromAnswer(object, answer.setCookie)) {
+        QCoro::Task<> storing = keychainWrite(*credential);
+        co_await std::move(storing);
+    }
     co_return ServiceJson::loginResultFromAnswer(object, email);
 }
 
 QCoro::Task<QList<ShootSession>> APIService::fetchShootSessions()
 {
-    const Answer answer = co_await send(authenticatedGet(QUrl(m_baseURL + sessionsPath)), std::nullopt, m_limits.sessions);
+    QCoro::Task<QNetworkRequest> signing = authenticated(QNetworkRequest(QUrl(m_baseURL + sessionsPath)));
+    const QNetworkRequest request = co_await std::move(signing);
+    const Answer answer = co_await send(request, std::nullopt, m_limits.sessions, CutOffAnswers::Fail);
     if (!answer.status)
         throw APIError::invalidResponse();
     if (*answer.status != 200)
@@ -178,10 +196,34 @@ QCoro::Task<QList<TranscriptSegment>> APIService::fetchTranscript(QString token)
     const auto url = transcriptUrl(m_baseURL, token);
     if (!url)
         throw APIError::invalidResponse();
-    const Answer answer = co_await send(authenticatedGet(*url), std::nullopt, m_limits.transcript);
+    QCoro::Task<QNetworkRequest> signing = authenticated(QNetworkRequest(*url));
+    const QNetworkRequest request = co_await std::move(signing);
+    const Answer answer = co_await send(request, std::nullopt, m_limits.transcript, CutOffAnswers::Fail);
     if (!answer.status)
         throw APIError::invalidResponse();
     if (*answer.status != 200)
         throw statusError("Transcript fetch failed with status ", *answer.status);
     co_return ServiceJson::transcriptFromAnswer(parseAnswer(answer.body));
+}
+
+QCoro::Task<QJsonObject> APIService::uploadAnalysisAudio(AnalysisAudio audio)
+{
+    QCoro::Task<QNetworkRequest> signing = authenticated(uploadRequest(analysisAudioPath, wavType));
+    QNetworkRequest request = co_await std::move(signing);
+    request.setRawHeader("sessiontoken", audio.sessionToken.toUtf8());
+    request.setRawHeader("filename", audio.fileName.toUtf8());
+    request.setRawHeader("starttimecode", audio.startTimecode.toUtf8());
+    request.setRawHeader("fps", QByteArray::number(audio.fps));
+    QCoro::Task<Answer> sending = send(request, audio.wav, m_limits.analysisAudio, CutOffAnswers::Read);
+    const Answer answer = co_await std::move(sending);
+    co_return parseAnswer(answer.body);
+}
+
+QCoro::Task<QJsonObject> APIService::uploadAnalysisFrames(QByteArray body)
+{
+    QCoro::Task<QNetworkRequest> signing = authenticated(uploadRequest(analysisFramesPath, jsonType));
+    const QNetworkRequest request = co_await std::move(signing);
+    QCoro::Task<Answer> sending = send(request, body, m_limits.analysisFrames, CutOffAnswers::Read);
+    const Answer answer = co_await std::move(sending);
+    co_return parseAnswer(answer.body);
 }

@@ -4,7 +4,9 @@
 #include "service/APIError.h"
 #include "service/ServiceJson.h"
 
+#include <QByteArray>
 #include <QCoro/QCoroTask>
+#include <QJsonObject>
 #include <QNetworkRequest>
 #include <QUrl>
 #include <chrono>
@@ -18,6 +20,17 @@ struct APITimeLimits {
     std::chrono::milliseconds login{60000};
     std::chrono::milliseconds sessions{10000};
     std::chrono::milliseconds transcript{15000};
+    std::chrono::milliseconds analysisAudio{600000};
+    std::chrono::milliseconds analysisFrames{300000};
+};
+
+// One file's audio for the analysis: the WAV and what the service files it under.
+struct AnalysisAudio {
+    QString sessionToken;
+    QString fileName;
+    QString startTimecode;
+    int fps = 0;
+    QByteArray wav;
 };
 
 // The client of the shoot-logging service. Each operation is a coroutine on the calling (GUI)
@@ -45,10 +58,16 @@ public:
     // One session's transcript; an answer without "ok" true is an empty transcript.
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString token);
 
+    // The footage analysis's uploads: one file's audio, and one batch of its frames as the JSON
+    // body the service expects. Whatever the status, the answer's JSON object is returned; only
+    // a failed transfer or a body that is not JSON throws (a transport or parse error).
+    QCoro::Task<QJsonObject> uploadAnalysisAudio(AnalysisAudio audio);
+    QCoro::Task<QJsonObject> uploadAnalysisFrames(QByteArray body);
+
     // The login credential: a "name=value" cookie text, sent as the Cookie header as it is.
-    std::optional<QString> keychainRead() const;
-    void keychainWrite(const QString &text) const;
-    void keychainDelete() const;
+    QCoro::Task<std::optional<QString>> keychainRead() const;
+    QCoro::Task<> keychainWrite(QString text) const;
+    QCoro::Task<> keychainDelete() const;
 
     // The transcript address for a share token, percent-encoded as a path segment; nothing when
     // no valid URL results.
@@ -61,9 +80,18 @@ private:
         std::optional<QByteArray> setCookie;
     };
 
+    // Which network errors end a request with no answer to read.
+    enum class CutOffAnswers {
+        Fail, // any network error, even after the status line: a cut-off body is no answer
+        Read, // only those that left no HTTP status; the analysis reads whatever arrived
+    };
+
     QNetworkRequest jsonPost(const QString &path) const;
-    QNetworkRequest authenticatedGet(const QUrl &url) const;
-    QCoro::Task<Answer> send(QNetworkRequest request, std::optional<QByteArray> body, std::chrono::milliseconds limit);
+    QNetworkRequest uploadRequest(const QString &path, const QByteArray &contentType) const;
+    // `request` with the stored credential as its cookie, when one is stored.
+    QCoro::Task<QNetworkRequest> authenticated(QNetworkRequest request) const;
+    QCoro::Task<Answer> send(QNetworkRequest request, std::optional<QByteArray> body, std::chrono::milliseconds limit,
+                             CutOffAnswers cutOff);
 
     QString m_baseURL;
     CredentialStore m_credentials;

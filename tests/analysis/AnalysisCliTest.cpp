@@ -2,6 +2,7 @@
 #include "cli/StandinProcess.h"
 #include "media/MediaFixtures.h"
 #include "model/RecordJson.h"
+#include "support/AwaitTask.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -26,10 +27,10 @@ private Q_SLOTS:
     {
         QVERIFY(make(m_media.filePath("plain.mov"), lavfi("color=red:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-f", "nut"}));
         QVERIFY2(m_standin.start(QStringLiteral("135790")), "the stand-in did not start");
-        cliCredentials().remove();
+        awaitTask(cliCredentials().remove());
     }
 
-    void cleanupTestCase() { cliCredentials().remove(); }
+    void cleanupTestCase() { awaitTask(cliCredentials().remove()); }
 
     void analysesIntoTheService()
     {

@@ -49,6 +49,7 @@ class FootageScannerTest : public QObject
     QString m_second; // one more clip, of the other session
     std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<AppState> m_state;
+    const MediaScanner m_scanner{ToolLocations::platformDefault()};
 
     QString root(const QString &relative) const { return m_root + u'/' + relative; }
 
@@ -82,7 +83,7 @@ private Q_SLOTS:
         QFETCH(QString, input);
         QFETCH(QString, expected);
         QStringList reported;
-        const QList<MediaClip> clips = MediaScanner::shared().scanFolder(m_dir.filePath(input), [&](const QString &line) { reported.append(line); });
+        const QList<MediaClip> clips = m_scanner.scanFolder(m_dir.filePath(input), [&](const QString &line) { reported.append(line); });
         reported += names(clips, &MediaClip::path).replaceInStrings(m_dir.path() + u'/', QString());
         QCOMPARE(reported.join(QStringLiteral(" | ")), expected);
     }
@@ -91,7 +92,7 @@ private Q_SLOTS:
     // every session again even when nothing is new (sessions may arrive after the clips).
     void mergeKeepsKnownClips()
     {
-        const auto scan = [](const QString &folder) { return MediaScanner::shared().scanFolder(folder, [](const QString &) {}); };
+        const auto scan = [this](const QString &folder) { return m_scanner.scanFolder(folder, [](const QString &) {}); };
         const QList<MediaClip> known = scan(m_second);
         m_state->setClips(known);
         m_state->setSessions(twoSessions());

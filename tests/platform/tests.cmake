@@ -1,1 +1,1 @@
-vorlix_add_test(tst_credentialstore SOURCES platform/CredentialStoreTest.cpp)
+vorlix_add_test(tst_credentialstore SOURCES platform/CredentialStoreTest.cpp support/AwaitTask.h)

@@ -11,7 +11,7 @@ namespace {
 // The tests' own keyring item, so the application's login is never touched.
 const CredentialStore testCredentials(QStringLiteral("io.vorlix.sync.test-api"), QStringLiteral("test-api"));
 
-// Runs one of the four operations by name; what it raised, if anything.
+// Runs one of the operations by name; what it raised, if anything.
 std::optional<APIError> errorOf(APIService &api, QStringView operation)
 {
     if (operation == u"code")
@@ -20,6 +20,10 @@ std::optional<APIError> errorOf(APIService &api, QStringView operation)
         return await(api.login(QStringLiteral("typed@example.org"), QStringLiteral(" 123 456 ")));
     if (operation == u"sessions")
         return await(api.fetchShootSessions());
+    if (operation == u"audio")
+        return await(api.uploadAnalysisAudio({QStringLiteral("tok\u00e9n"), QStringLiteral("A 1.mov"), QStringLiteral("10:00:00:00"), 30, "RIFF"}));
+    if (operation == u"frames")
+        return await(api.uploadAnalysisFrames(R"({"frames":[]})"));
     return await(api.fetchTranscript(QStringLiteral("a b?c#/:@\u00e9")));
 }
 
@@ -30,31 +34,34 @@ class APIServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanupTestCase() { testCredentials.remove(); }
+    void cleanupTestCase() { awaitTask(testCredentials.remove()); }
 
     // Each operation's request as sent (the share token percent-encoded as a path segment). The
-    // GET requests carry exactly the stored text as their cookie and nothing the service set
-    // (the jar keeps nothing): a code check's Set-Cookie is stored as the credential, and after
-    // a delete no cookie goes out at all.
+    // GET requests and the analysis uploads carry exactly the stored text as their cookie and
+    // nothing the service set (the jar keeps nothing): a code check's Set-Cookie is stored as
+    // the credential, and after a delete no cookie goes out at all.
     void requestsOnTheWire()
     {
         ScriptedServer server({200, {{"Content-Type", "application/json"}, {"Set-Cookie", "tracker=1; Path=/"}}, R"({"ok": true, "sessions": [], "segments": []})"});
         APIService api(server.url(), testCredentials);
-        api.keychainWrite(QStringLiteral("sid=a b;c=d"));
-        for (const char *operation : {"code", "sessions", "transcript", "login", "sessions"})
+        awaitTask(api.keychainWrite(QStringLiteral("sid=a b;c=d")));
+        for (const char *operation : {"code", "sessions", "transcript", "audio", "frames", "login", "sessions"})
             QCOMPARE(errorOf(api, QString::fromLatin1(operation)).has_value(), false);
-        api.keychainDelete();
+        awaitTask(api.keychainDelete());
         QCOMPARE(errorOf(api, u"transcript").has_value(), false);
 
         QStringList requests;
         for (const SeenRequest &request : server.seen())
-            requests.append(request.line({"Content-Type", "x-vorlix-client", "Cookie"}) + u' ' + QString::fromUtf8(request.body));
-        QCOMPARE(requests, (QStringList{R"(POST /auth/login application/json - - {"email":" Ana@Example.org "})",
-                                        "GET /api/shoot/sessions - - sid=a b;c=d ",
-                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - sid=a b;c=d ",
-                                        R"(POST /auth/verify application/json live - {"code":" 123 456 ","email":"typed@example.org"})",
-                                        "GET /api/shoot/sessions - - tracker=1 ",
-                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - - "}));
+            requests.append(request.line({"Content-Type", "x-vorlix-client", "Cookie", "sessiontoken", "filename", "starttimecode", "fps"})
+                            + u' ' + QString::fromUtf8(request.body));
+        QCOMPARE(requests, (QStringList{R"(POST /auth/login application/json - - - - - - {"email":" Ana@Example.org "})",
+                                        "GET /api/shoot/sessions - - sid=a b;c=d - - - - ",
+                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - sid=a b;c=d - - - - ",
+                                        "POST /api/shoot/analyse-audio audio/wav - sid=a b;c=d tok\u00e9n A 1.mov 10:00:00:00 30 RIFF",
+                                        R"(POST /api/shoot/analyse-frames application/json - sid=a b;c=d - - - - {"frames":[]})",
+                                        R"(POST /auth/verify application/json live - - - - - {"code":" 123 456 ","email":"typed@example.org"})",
+                                        "GET /api/shoot/sessions - - tracker=1 - - - - ",
+                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - - - - - - "}));
     }
 
     // How each operation judges an answer or its absence, and what stays stored afterwards.
@@ -81,18 +88,18 @@ private Q_SLOTS:
             if (server == u"garbage")
                 socket->write("SSH-2.0-OpenSSH\r\n\r\n");
         });
-        const APITimeLimits limits = server == u"silent" ? APITimeLimits{300ms, 300ms, 300ms, 300ms} : APITimeLimits{};
+        const APITimeLimits limits = server == u"silent" ? APITimeLimits{300ms, 300ms, 300ms, 300ms, 300ms, 300ms} : APITimeLimits{};
         APIService api(url, testCredentials, limits);
-        api.keychainWrite(QStringLiteral("sid=earlier"));
+        awaitTask(api.keychainWrite(QStringLiteral("sid=earlier")));
         const QString expected = data["error"].toString(QStringLiteral("none"));
         const QStringList kinds{"LoginFailed", "InvalidResponse", "Transport", "Parse"};
-        for (const QJsonValue &operation : data.value(QLatin1StringView("operations")).toArray(QJsonArray{"code", "login", "sessions", "transcript"})) {
+        for (const QJsonValue &operation : data.value(QLatin1StringView("operations")).toArray(QJsonArray{"code", "login", "sessions", "transcript", "audio", "frames"})) {
             const std::optional<APIError> raised = errorOf(api, operation.toString());
             const QString error = raised ? kinds.at(int(raised->kind())) + QStringLiteral(": ") + raised->description() : QStringLiteral("none");
             if (!expected.endsWith(u'*') || !error.startsWith(expected.chopped(1))) // "*": any description
                 QCOMPARE(operation.toString() + u' ' + error, operation.toString() + u' ' + expected);
         }
-        QCOMPARE(api.keychainRead().value_or(QString()), data["stored"].toString(QStringLiteral("sid=earlier")));
+        QCOMPARE(awaitTask(api.keychainRead()).value_or(QString()), data["stored"].toString(QStringLiteral("sid=earlier")));
     }
 };
 

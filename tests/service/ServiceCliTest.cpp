@@ -1,6 +1,7 @@
 #include "cli/CliRunner.h"
 #include "cli/StandinProcess.h"
 #include "model/RecordJson.h"
+#include "support/AwaitTask.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -24,10 +25,10 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY2(m_standin.start(QStringLiteral("246810")), "the stand-in did not start");
-        cliCredentials().remove();
+        awaitTask(cliCredentials().remove());
     }
 
-    void cleanupTestCase() { cliCredentials().remove(); }
+    void cleanupTestCase() { awaitTask(cliCredentials().remove()); }
 
     void wholeRound()
     {
@@ -43,7 +44,7 @@ private Q_SLOTS:
         result = run({"login", "--email", "editor@example.org", "--code", "246810"});
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(QJsonDocument::fromJson(result.out).object(), (QJsonObject{{"name", "Demo Editor"}, {"email", "editor@example.org"}}));
-        QVERIFY2(cliCredentials().read().value_or(QString()).startsWith("sid="), "the login is kept in the item the environment names");
+        QVERIFY2(awaitTask(cliCredentials().read()).value_or(QString()).startsWith("sid="), "the login is kept in the item the environment names");
 
         const auto sessions = RecordJson::sessionsFromJson(QJsonDocument::fromJson(run({"sessions"}).out).array());
         QVERIFY2(sessions && sessions->size() == 4 && sessions->at(0).createdAt > sessions->at(1).createdAt,
@@ -63,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(run({"sessions"}, environment).err, QByteArray("Server returned status 401\n"));
 
         QCOMPARE(run({"logout"}).exitCode, 0);
-        QCOMPARE(cliCredentials().read(), std::nullopt);
+        QCOMPARE(awaitTask(cliCredentials().read()), std::nullopt);
     }
 };
 

@@ -1,15 +1,14 @@
 #pragma once
 
 #include "HttpAnswer.h"
+#include "support/AwaitTask.h"
 #include "support/TestData.h"
 #include "service/APIError.h"
 
 #include <QAbstractHttpServer>
 #include <QCoro/QCoroTask>
-#include <QEventLoop>
 #include <QHttpServerRequest>
 #include <QHttpServerResponder>
-#include <QTimer>
 #include <optional>
 
 // What a scripted server saw of one request.
@@ -63,28 +62,15 @@ private:
     QList<SeenRequest> m_seen;
 };
 
-// Runs a service call (or an analysis, ffmpeg included) to its end on a local event loop and
-// gives the APIError it threw, if any. One still running after two minutes ends the test
-// program, since its coroutine refers to this frame and cannot be left behind.
+// Runs a service call (or an analysis, ffmpeg included) to its end (see awaitTask) and gives the
+// APIError it threw, if any.
 template<typename T>
 std::optional<APIError> await(QCoro::Task<T> task)
 {
-    std::optional<APIError> error;
-    QEventLoop loop;
-    bool done = false;
-    auto run = [&]() -> QCoro::Task<> {
-        try {
-            co_await std::move(task);
-        } catch (const APIError &thrown) {
-            error = thrown;
-        }
-        done = true;
-        loop.quit();
-    };
-    auto running = run();
-    if (!done) {
-        QTimer::singleShot(120000, &loop, [] { qFatal("an awaited service call did not finish within 120 s"); });
-        loop.exec();
+    try {
+        awaitTask(std::move(task));
+    } catch (const APIError &thrown) {
+        return thrown;
     }
-    return error;
+    return std::nullopt;
 }

@@ -1,6 +1,6 @@
 vorlix_add_test(tst_servicejson SOURCES service/ServiceJsonTest.cpp service/ServiceTestSupport.h support/TestData.h LIBS vorlix_service_standin)
 vorlix_add_test(tst_apiservice SOURCES service/APIServiceTest.cpp service/ServiceTestSupport.h support/TestData.h LIBS vorlix_service_standin)
 vorlix_add_test(tst_sessionsync SOURCES service/SessionSyncTest.cpp service/ServiceTestSupport.h support/TestData.h LIBS vorlix_service_standin)
-vorlix_add_test(tst_servicecli SOURCES service/ServiceCliTest.cpp cli/CliRunner.h)
+vorlix_add_test(tst_servicecli SOURCES service/ServiceCliTest.cpp cli/CliRunner.h support/AwaitTask.h)
 add_dependencies(tst_servicecli vorlix-sync-cli vorlix-service-standin)
 set_property(TEST tst_servicecli APPEND PROPERTY ENVIRONMENT "VORLIX_STANDIN=$<TARGET_FILE:vorlix-service-standin>")

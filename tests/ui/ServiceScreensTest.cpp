@@ -7,6 +7,7 @@
 #include "media/FootageScanner.h"
 #include "media/MediaFixtures.h"
 #include "service/APIService.h"
+#include "support/AwaitTask.h"
 #include "ui/login/LoginView.h"
 #include "ui/detail/MarkerRow.h"
 #include "ui/shell/ServiceShellBackend.h"
@@ -98,7 +99,7 @@ private Q_SLOTS:
         const quint16 port = m_standin->listenOnLoopback(0);
         QVERIFY2(port != 0, "the stand-in could not listen on loopback");
         m_api = std::make_unique<APIService>(u"http://127.0.0.1:%1"_s.arg(port), CredentialStore(u"io.vorlix.sync.ui-test"_s, u"ui-screens"_s));
-        m_api->keychainDelete();
+        awaitTask(m_api->keychainDelete());
         m_shell = std::make_unique<ShellFixture>();
         ToolLocations tools = ToolLocations::platformDefault();
         tools.temporaryDirectory = m_scratch.path();
@@ -113,7 +114,7 @@ private Q_SLOTS:
         m_backend.reset();
         m_scanner.reset();
         if (m_api)
-            m_api->keychainDelete();
+            awaitTask(m_api->keychainDelete());
         m_api.reset();
         m_standin.reset();
     }
@@ -134,7 +135,7 @@ private Q_SLOTS:
         QVERIFY2(login, "a refused code replaced the login screen");
         QCOMPARE(login->findChild<QLabel *>(u"error"_s)->text(), u"Invalid or expired code"_s);
         QVERIFY(login->codeSent() && !state().isLoggedIn());
-        QVERIFY2(!m_api->keychainRead(), "a refused code stored a credential");
+        QVERIFY2(!awaitTask(m_api->keychainRead()), "a refused code stored a credential");
         QLineEdit *code = login->findChildren<QLineEdit *>().at(1);
         QVERIFY2(code->isVisible() && !login->findChildren<QLineEdit *>().at(0)->isVisible(), "the code step is not shown");
         QCOMPARE(code->text(), u"000000"_s);
@@ -148,7 +149,7 @@ private Q_SLOTS:
         if (QTest::currentTestFailed())
             return;
         QCOMPARE((QStringList{state().userEmail(), state().userName()}), (QStringList{u"editor@example.com"_s, u"Demo Editor"_s}));
-        QVERIFY2(m_api->keychainRead(), "signing in stored no credential");
+        QVERIFY2(awaitTask(m_api->keychainRead()), "signing in stored no credential");
         QTRY_VERIFY2_WITH_TIMEOUT(signedIn()->sessionList()->model()->indexOfSession(u"harbour-day2"_s).isValid(), "the sidebar lacks the sessions", screenWait);
 
         signedIn()->sessionList()->deleteFromRow(u"rooftop-broll"_s);
@@ -164,7 +165,7 @@ private Q_SLOTS:
         QTRY_VERIFY2_WITH_TIMEOUT(state().sessions().size() == 4, "the restored session did not come back with a sync", screenWait);
 
         signedIn()->sessionList()->signOut();
-        QVERIFY2(!m_api->keychainRead(), "signing out left the credential in the keyring");
+        QTRY_VERIFY2_WITH_TIMEOUT(!awaitTask(m_api->keychainRead()), "signing out left the credential in the keyring", screenWait);
         QTRY_VERIFY2_WITH_TIMEOUT(m_shell->window->loginView(), "signing out did not bring the login screen back", screenWait);
     }
 

@@ -7,7 +7,6 @@
 #include "export/RecordingWorkspace.h"
 #include "support/TestData.h"
 
-#include "analysis/AnalysisPipeline.h"
 #include "analysis/PendingAnalyses.h"
 #include "export/EditorHandoff.h"
 #include "export/OtioTimeline.h"
@@ -16,6 +15,7 @@
 #include "export/SelectsXml.h"
 #include "model/RecordJson.h"
 #include "platform/NotificationCenter.h"
+#include "ui/detail/AnalysisState.h"
 #include "ui/detail/MarkerRow.h"
 #include "ui/detail/SessionDetailView.h"
 #include "ui/shell/WidgetDesktop.h"

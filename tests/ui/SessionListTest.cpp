@@ -35,7 +35,11 @@ public:
         co_return codeError;
     }
     QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{}; }
-    void deleteCredential() override { calls.append("delete credential"); }
+    QCoro::Task<> deleteCredential() override
+    {
+        calls.append("delete credential");
+        co_return;
+    }
     void syncSessions() override { calls.append("sync"); }
     void scanFootage(const QString &folder) override { calls.append("scan " + folder); }
     void rescanSavedFolders() override { calls.append("rescan"); }

@@ -1,6 +1,5 @@
 // Puts the main window into its typical states with sample sessions and grabs each one, light
 // and dark, so a change of look can be reviewed without a display.
-#include "analysis/AnalysisPipeline.h"
 #include "platform/IdleDesktop.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
@@ -9,6 +8,7 @@
 #include "ui/sessions/SessionListView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/ShellBackend.h"
+#include "ui/detail/AnalysisState.h"
 #include "ui/detail/SessionDetailView.h"
 #include "ui/shell/SignedInView.h"
 #include "ui/widgets/Theme.h"
@@ -33,7 +33,7 @@ class StillBackend : public ShellBackend
 public:
     QCoro::Task<QString> requestLoginCode(QString) override { co_return QString(); }
     QCoro::Task<LoginOutcome> login(QString, QString) override { co_return LoginOutcome{std::nullopt, QStringLiteral("Invalid or expired code")}; }
-    void deleteCredential() override {}
+    QCoro::Task<> deleteCredential() override { co_return; }
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
     void rescanSavedFolders() override {}

@@ -1,6 +1,5 @@
 #include "ui/detail/SessionDetailView.h"
 
-#include "analysis/AnalysisPipeline.h"
 #include "analysis/PendingAnalyses.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereXml.h"
@@ -14,6 +13,7 @@
 #include "state/SessionLibrary.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
+#include "ui/detail/AnalysisState.h"
 #include "ui/detail/MarkerRow.h"
 #include "ui/shell/ServiceLinks.h"
 #include "ui/sessions/SessionListLogic.h"

@@ -4,9 +4,11 @@
 #include "service/APIService.h"
 #include "service/SessionSync.h"
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
+#include "ui/detail/AnalysisState.h"
 
 ServiceShellBackend::ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner, ToolLocations tools)
-    : m_state(state), m_api(api), m_scanner(scanner), m_analysis(state, api, std::move(tools))
+    : m_state(state), m_api(api), m_scanner(scanner), m_analysis(api, std::move(tools))
 {
 }
 
@@ -30,9 +32,9 @@ QCoro::Task<ShellBackend::LoginOutcome> ServiceShellBackend::login(QString email
     }
 }
 
-void ServiceShellBackend::deleteCredential()
+QCoro::Task<> ServiceShellBackend::deleteCredential()
 {
-    m_api.keychainDelete();
+    return m_api.keychainDelete();
 }
 
 void ServiceShellBackend::syncSessions()
@@ -57,5 +59,19 @@ QCoro::Task<QList<TranscriptSegment>> ServiceShellBackend::fetchTranscript(QStri
 
 QCoro::Task<> ServiceShellBackend::runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis)
 {
-    return m_analysis.runAnalysis(std::move(session), std::move(files), analysis);
+    const QString sessionId = session.id;
+    QCoro::Task<AnalysisOutcome> run = m_analysis.analyse(std::move(session), std::move(files),
+                                                          [&analysis](const AnalysisUpdate &update) { analysis.apply(update); });
+    const AnalysisOutcome outcome = co_await std::move(run);
+    if (!outcome.wentThroughAllFiles)
+        co_return;
+    // What the service derived comes back with the session's markers; a failed fetch shows nothing.
+    QList<ShootSession> fetched;
+    try {
+        QCoro::Task<QList<ShootSession>> fetch = m_api.fetchShootSessions();
+        fetched = co_await std::move(fetch);
+    } catch (const APIError &) {
+        co_return;
+    }
+    SessionLibrary(m_state).applyAnalysisReload(fetched, sessionId);
 }

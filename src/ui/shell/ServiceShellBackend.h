@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/AnalysisPipeline.h"
+#include "analysis/AnalysisService.h"
 #include "ui/shell/ShellBackend.h"
 
 class APIService;
@@ -8,16 +8,15 @@ class AppState;
 class FootageScanner;
 
 // The screens' backend in the running program: the service client with its credential store,
-// the session sync, the footage scanner and the one analysis pipeline.
+// the session sync, the footage scanner and the one analysis service.
 class ServiceShellBackend : public ShellBackend
 {
 public:
-    ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner,
-                        ToolLocations tools = ToolLocations::platformDefault());
+    ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner, ToolLocations tools);
 
     QCoro::Task<QString> requestLoginCode(QString email) override;
     QCoro::Task<LoginOutcome> login(QString email, QString code) override;
-    void deleteCredential() override;
+    QCoro::Task<> deleteCredential() override;
     void syncSessions() override;
     void scanFootage(const QString &folder) override;
     void rescanSavedFolders() override;
@@ -28,5 +27,5 @@ private:
     AppState &m_state;
     APIService &m_api;
     FootageScanner &m_scanner;
-    AnalysisPipeline m_analysis;
+    AnalysisService m_analysis;
 };

@@ -30,7 +30,9 @@ public:
     // Empty on success, else the error's description.
     virtual QCoro::Task<QString> requestLoginCode(QString email) = 0;
     virtual QCoro::Task<LoginOutcome> login(QString email, QString code) = 0;
-    virtual void deleteCredential() = 0;
+    // Forgets the stored login. Starting it is enough: it runs to its end on its own, whatever
+    // becomes of the screen that started it.
+    virtual QCoro::Task<> deleteCredential() = 0;
 
     // Fire-and-forget background work; both merge into AppState on the GUI thread when done.
     virtual void syncSessions() = 0;
@@ -41,6 +43,6 @@ public:
     // The service's transcript of a session; a failure is thrown.
     virtual QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) = 0;
     // Analyses `files` for `session`, reporting into `analysis`, which must outlive the run; ends
-    // after the session's markers were fetched again.
+    // after the session's markers were fetched again (unless the run stopped early).
     virtual QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) = 0;
 };

@@ -11,5 +11,7 @@ void signOutEverywhere(AppState &state, ShellBackend &backend, SignOutScope scop
         SessionLibrary(state).clearSessions();
     if (scope == SignOutScope::InlineSettings)
         state.setShowSettings(false);
+    // Not awaited: the deletion goes on in the background, and the credential store serves it
+    // before any later login's write.
     backend.deleteCredential();
 }

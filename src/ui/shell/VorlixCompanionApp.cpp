@@ -51,8 +51,9 @@ VorlixCompanionApp::VorlixCompanionApp(const Options &options, QObject *parent) 
                                 : QStringLiteral("session_cookie:") + QFileInfo(options.settingsFile).absoluteFilePath();
     m_api = std::make_unique<APIService>(options.serviceUrl.toString(QUrl::StripTrailingSlash),
                                          CredentialStore(QStringLiteral("io.vorlix.sync"), account));
-    m_scanner = std::make_unique<FootageScanner>(*m_state, ToolLocations::platformDefault());
-    m_backend = std::make_unique<ServiceShellBackend>(*m_state, *m_api, *m_scanner);
+    const ToolLocations tools = ToolLocations::platformDefault();
+    m_scanner = std::make_unique<FootageScanner>(*m_state, tools);
+    m_backend = std::make_unique<ServiceShellBackend>(*m_state, *m_api, *m_scanner, tools);
     m_window = std::make_unique<ContentView>(*m_state, *m_backend, *m_desktop, ServiceLinks::forBaseUrl(options.serviceUrl));
     m_window->setLoginHint(options.loginHint);
     m_desktop->setWindow(m_window.get());

@@ -1,28 +1,21 @@
 #include "ServiceStandin.h"
-#include "analysis/AnalysisPipeline.h"
-#include "analysis/PendingAnalyses.h"
+#include "analysis/AnalysisService.h"
 #include "media/MediaFixtures.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Preferences.h"
 #include "service/APIService.h"
 #include "service/ServiceTestSupport.h"
-#include "state/AppState.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
 
 using namespace MediaFixtures;
 
-class AnalysisPipelineTest : public QObject
+class AnalysisServiceTest : public QObject
 {
     Q_OBJECT
 
     const CredentialStore m_credentials{QStringLiteral("io.vorlix.sync.test-analysis"), QStringLiteral("test-analysis")};
     QTemporaryDir m_media;
     QTemporaryDir m_scratch;
-    QTemporaryDir m_preferences;
-    std::list<Preferences> m_stores;
     ToolLocations m_tools = ToolLocations::platformDefault();
     std::unique_ptr<ServiceStandin> m_standin;
     std::unique_ptr<APIService> m_api;
@@ -35,16 +28,17 @@ class AnalysisPipelineTest : public QObject
         return urls;
     }
 
-    std::unique_ptr<AppState> freshState()
+    // Runs the analysis of `files` to its end; `updates` gets every update it reported.
+    static AnalysisOutcome analyse(AnalysisService &service, const QList<QUrl> &files, QList<AnalysisUpdate> &updates)
     {
-        m_stores.emplace_back(m_preferences.filePath(QStringLiteral("prefs-%1.ini").arg(m_stores.size())));
-        return std::make_unique<AppState>(m_stores.back());
+        const ShootSession session = Analysis::newAnalysisSession(files, QDateTime::currentDateTimeUtc());
+        return awaitTask(service.analyse(session, files, [&updates](const AnalysisUpdate &update) { updates.append(update); }));
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(m_media.isValid() && m_scratch.isValid() && m_preferences.isValid());
+        QVERIFY(m_media.isValid() && m_scratch.isValid());
         m_tools.temporaryDirectory = m_scratch.path();
         // A hard cut every second frame at 10 frames a second: the first frame and 44 cuts give
         // 45 scene frames at pts 0, 0.2, 0.4, ...; NUT keeps the start timecode on the format.
@@ -61,7 +55,7 @@ private Q_SLOTS:
         QVERIFY2(!await(m_api->login(QStringLiteral("editor@example.com"), QStringLiteral("222222"))), "the stand-in refused the login");
     }
 
-    void cleanupTestCase() { m_credentials.remove(); }
+    void cleanupTestCase() { awaitTask(m_credentials.remove()); }
 
     // Odd lines; the end-to-end run reads real showinfo logs.
     void frameTimesFromLog_data()
@@ -82,8 +76,7 @@ private Q_SLOTS:
     // A start with too few fields counts as zero (the end-to-end run counts from real starts).
     void frameTimecode() { QCOMPARE(Analysis::frameTimecode(OptionalText("10:00"), 2.0, 30), QStringLiteral("00:00:02:00")); }
 
-    // Folders are walked with hidden entries; chosen files are kept only with a media extension,
-    // and without one nothing is analysed.
+    // Folders are walked with hidden entries; chosen files are kept only with a media extension.
     void collectsMediaAndNamesTheSession()
     {
         QTemporaryDir chosen;
@@ -97,64 +90,54 @@ private Q_SLOTS:
 
         const ShootSession one = Analysis::newAnalysisSession({url("interview.mov")}, QDateTime::currentDateTimeUtc());
         QCOMPARE(QStringList({one.title, one.shareToken, QString::number(one.fps)}), QStringList({"interview", one.id, "25"}));
-
-        auto state = freshState();
-        NotificationCenter center;
-        QSignalSpy posted(&center, &NotificationCenter::posted);
-        QVERIFY(!analyseFootageFromScratch(*state, {url("readme.md")}, center));
-        QCOMPARE(posted.count(), 0);
-        QVERIFY(state->sessions().isEmpty());
+        QCOMPARE(Analysis::newAnalysisSession(folder, QDateTime::currentDateTimeUtc()).title, QStringLiteral("Analysed 3 clips"));
     }
 
-    // Two files from scratch against the stand-in: the request waits for the session's screen,
-    // every upload has the expected shape, the markers arrive with the refresh, the event loop
-    // keeps turning while ffmpeg runs and nothing is left in the temporary directory.
-    void analysesFromScratchEndToEnd()
+    // Two files against the stand-in: the progress in order, every upload of the expected shape,
+    // the service holding the derived markers under the session's token, the event loop turning
+    // while ffmpeg runs, and nothing left in the temporary directory.
+    void analysesEndToEnd()
     {
-        auto state = freshState();
-        NotificationCenter center;
-        PendingAnalyses pending(center);
-        AnalysisPipeline pipeline(*state, *m_api, m_tools);
-        AnalysisState analysis;
-        QStringList progress;
-        connect(&analysis, &AnalysisState::analyseProgressChanged, this, [&] { progress.append(analysis.analyseProgress()); });
-
-        const auto session = analyseFootageFromScratch(*state, media({"cuts.mov", "plain.mov"}), center);
-        QVERIFY(session);
-        QCOMPARE(session->title, QStringLiteral("Analysed 2 clips"));
-        QCOMPARE(state->selectedSession()->id, session->id);
-        const auto files = pending.take(session->id);
-        QCOMPARE(files, media({"cuts.mov", "plain.mov"}));
-
+        AnalysisService service(*m_api, m_tools);
+        QList<AnalysisUpdate> updates;
         int ticks = 0;
         QTimer ticker;
         connect(&ticker, &QTimer::timeout, this, [&] { ++ticks; });
         ticker.start(0);
-        await(pipeline.runAnalysis(*session, *files, analysis));
+        const AnalysisOutcome outcome = analyse(service, media({"cuts.mov", "plain.mov"}), updates);
         ticker.stop();
         QVERIFY2(ticks > 20, qPrintable(QStringLiteral("the event loop turned only %1 times during the run").arg(ticks)));
 
         // 9 s of audio: one soundbite and 22 words; 45 frames: 10 + 10 + 3 visual markers.
-        QCOMPARE(analysis.analyseResults(), (QStringList{"cuts.mov: 1 audio + 23 visual markers (22 words)",
-                                                         "plain.mov: 1 audio + 1 visual markers (2 words)"}));
-        QVERIFY(!analysis.isAnalysing());
+        QCOMPARE(outcome.results, (QStringList{"cuts.mov: 1 audio + 23 visual markers (22 words)", "plain.mov: 1 audio + 1 visual markers (2 words)"}));
+        QVERIFY(outcome.wentThroughAllFiles);
+        QCOMPARE(updates.last().results, outcome.results);
+        QVERIFY(!updates.last().running && std::all_of(updates.begin(), updates.end() - 2, [](const AnalysisUpdate &u) { return u.running; }));
+        QStringList progress;
+        for (const AnalysisUpdate &update : updates) {
+            if (progress.isEmpty() || progress.last() != update.progress)
+                progress.append(update.progress);
+        }
         QCOMPARE(progress, (QStringList{"Preparing 2 files...", "Extracting audio (1/2): cuts.mov", "Analysing (1/2): cuts.mov...",
                                         "Visual analysis (1/2): cuts.mov...", "Extracting audio (2/2): plain.mov",
                                         "Analysing (2/2): plain.mov...", "Visual analysis (2/2): plain.mov...", ""}));
+
+        const QString token = m_standin->analysisLog().audio.last().sessionToken;
         QStringList uploads;
         for (const auto &audio : m_standin->analysisLog().audio) {
-            if (audio.sessionToken == session->shareToken)
+            if (audio.sessionToken == token)
                 uploads.append(QStringLiteral("%1 %2 %3 fps %4 s").arg(audio.filename, audio.startTimecode).arg(audio.fps).arg(qRound(audio.seconds)));
         }
         for (const auto &batch : m_standin->analysisLog().frames) {
-            if (batch.sessionToken == session->shareToken)
+            if (batch.sessionToken == token)
                 uploads.append(QStringLiteral("%1 %2 … %3 (%4)").arg(batch.filename, batch.timecodes.first(), batch.timecodes.last()).arg(batch.timecodes.size()));
         }
         QCOMPARE(uploads, (QStringList{"cuts.mov 10:00:00:00 25 fps 9 s", "plain.mov 00:00:00:00 25 fps 1 s", "cuts.mov 10:00:00:00 … 10:00:03:20 (20)",
                                        "cuts.mov 10:00:04:00 … 10:00:07:20 (20)", "cuts.mov 10:00:08:00 … 10:00:08:20 (5)",
                                        "plain.mov 00:00:00:00 … 00:00:00:00 (1)"}));
-        QCOMPARE(state->selectedSession()->markers.size(), 26);
-        QCOMPARE(state->sessions().first().markers.size(), 26);
+        const QList<ShootSession> stored = awaitTask(m_api->fetchShootSessions());
+        const auto analysed = std::find_if(stored.begin(), stored.end(), [&](const ShootSession &s) { return s.id == token; });
+        QVERIFY2(analysed != stored.end() && analysed->markers.size() == 26, "the service does not hold the 26 derived markers");
         QCOMPARE(QDir(m_scratch.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
     }
 
@@ -167,17 +150,17 @@ private Q_SLOTS:
         QFETCH(QJsonObject, data);
         ScriptedServer server(HttpAnswer{200, {{"Content-Type", "text/plain"}}, "busy"});
         APIService api(server.url(), m_credentials);
-        auto state = freshState();
         ToolLocations tools = m_tools;
         if (!data["ffmpeg"].toBool())
             tools.ffmpegCandidates = {m_scratch.filePath(QStringLiteral("no-such-dir/ffmpeg"))};
-        AnalysisPipeline pipeline(*state, api, tools);
-        AnalysisState analysis;
-        const QList<QUrl> files = media(data["files"].toVariant().toStringList());
-        await(pipeline.runAnalysis(Analysis::newAnalysisSession(files, QDateTime::currentDateTimeUtc()), files, analysis));
-        QCOMPARE(analysis.analyseResults(), data["results"].toVariant().toStringList());
-        QCOMPARE(analysis.analyseProgress(), data["progress"].toString());
-        QVERIFY(!analysis.isAnalysing());
+        AnalysisService service(api, tools);
+        QList<AnalysisUpdate> updates;
+        const AnalysisOutcome outcome = analyse(service, media(data["files"].toVariant().toStringList()), updates);
+        QCOMPARE(outcome.results, data["results"].toVariant().toStringList());
+        QCOMPARE(outcome.wentThroughAllFiles, data["ffmpeg"].toBool());
+        QCOMPARE(updates.last().results, outcome.results);
+        QCOMPARE(updates.last().progress, data["progress"].toString());
+        QVERIFY(!updates.last().running);
         QStringList paths;
         for (const SeenRequest &request : server.seen())
             paths.append(request.path);
@@ -188,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AnalysisPipelineTest)
-#include "AnalysisPipelineTest.moc"
+QTEST_GUILESS_MAIN(AnalysisServiceTest)
+#include "AnalysisServiceTest.moc"
