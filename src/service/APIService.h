@@ -42,8 +42,9 @@ struct AnalysisAudio {
 class APIService
 {
 public:
-    // `baseURL` is the service's origin without a trailing slash (see resolveServiceUrl).
-    explicit APIService(QString baseURL, CredentialStore credentials = CredentialStore(), APITimeLimits limits = {});
+    // `baseURL` is the service's origin without a trailing slash (see resolveServiceUrl); the login is
+    // kept in `credentials`.
+    APIService(QString baseURL, CredentialStore credentials, APITimeLimits limits = {});
     ~APIService();
 
     const QString &baseURL() const { return m_baseURL; }
