@@ -1,4 +1,3 @@
 target_sources(vorlix_core PRIVATE
   analysis/AnalysisPipeline.h analysis/AnalysisPipeline.cpp
-  analysis/AnalysisService.h analysis/AnalysisService.cpp
-  analysis/PendingAnalyses.h analysis/PendingAnalyses.cpp)
+  analysis/AnalysisService.h analysis/AnalysisService.cpp)

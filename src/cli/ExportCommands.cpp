@@ -32,7 +32,7 @@ std::optional<ShootSession> readSession(const CliContext &context, const QComman
     return session;
 }
 
-using Generator = std::function<QString(const ShootSession &, const QCommandLineParser &)>;
+using Generator = std::function<QString(const CliContext &, const ShootSession &, const QCommandLineParser &)>;
 
 // The generator is a parameter, not a lambda capture, so it lives in the coroutine's own frame.
 QCoro::Task<int> emitSessionDocument(const CliContext &context, const QCommandLineParser &parser, Generator generate)
@@ -41,7 +41,7 @@ QCoro::Task<int> emitSessionDocument(const CliContext &context, const QCommandLi
     const auto session = readSession(context, parser, &status);
     if (!session)
         co_return status;
-    co_return CliIo::emitDocument(generate(*session, parser).toUtf8(), parser.value(outputOption));
+    co_return CliIo::emitDocument(generate(context, *session, parser).toUtf8(), parser.value(outputOption));
 }
 
 auto sessionDocument(Generator generate)
@@ -51,7 +51,7 @@ auto sessionDocument(Generator generate)
     };
 }
 
-QString selects(const ShootSession &session, const QCommandLineParser &parser)
+QString selects(const CliContext &, const ShootSession &session, const QCommandLineParser &parser)
 {
     QSet<QString> ids;
     QHash<QString, QString> grades;
@@ -82,11 +82,15 @@ QList<CliCommand> exportCommands()
 {
     return {
         sessionCommand("edl"_L1, "Print the session's markers as a CMX 3600 EDL for DaVinci Resolve."_L1,
-                       [](const ShootSession &session, const QCommandLineParser &) { return generateResolveEDL(session); }),
+                       [](const CliContext &, const ShootSession &session, const QCommandLineParser &) {
+                           return generateResolveEDL(session);
+                       }),
         sessionCommand("xml"_L1, "Print the xmeml marker sequence for Premiere Pro."_L1,
-                       [](const ShootSession &session, const QCommandLineParser &) { return generatePremiereXML(session); }),
+                       [](const CliContext &context, const ShootSession &session, const QCommandLineParser &) {
+                           return generatePremiereXML(session, premiereSourceTrack(session, context.tools));
+                       }),
         sessionCommand("otio"_L1, "Print the OpenTimelineIO timeline for DaVinci Resolve."_L1,
-                       [](const ShootSession &session, const QCommandLineParser &) { return generateOTIO(session); }),
+                       [](const CliContext &, const ShootSession &session, const QCommandLineParser &) { return generateOTIO(session); }),
         {"export selects"_L1, "--session FILE --select ID[=GRADE] ... [-o OUT]"_L1,
          "Print the xmeml selects sequence of the picked markers (empty when none is in the session)."_L1,
          {sessionOption, selectOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, sessionDocument(selects)},

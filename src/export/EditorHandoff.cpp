@@ -3,6 +3,7 @@
 #include "export/PremiereScript.h"
 #include "platform/AtomicFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;

@@ -2,7 +2,6 @@
 
 #include "platform/Workspace.h"
 
-#include <QDir>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -43,8 +42,7 @@ QString resolveImportInstructions(const QString &fileName);
 class EditorHandoff
 {
 public:
-    EditorHandoff(Workspace &workspace, QString temporaryDirectory = QDir::tempPath(),
-                  EditorLocations locations = EditorLocations::forThisPlatform());
+    EditorHandoff(Workspace &workspace, QString temporaryDirectory, EditorLocations locations);
 
     // Writes the marker sequence and its import script to the temporary directory and hands the
     // script to Premiere Pro; without Premiere Pro the XML goes to the default handler.

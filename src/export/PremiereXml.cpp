@@ -167,11 +167,10 @@ QString generatePremiereXML(const ShootSession &session, int sourceTrack)
     return session.matchedClips.isEmpty() ? sequenceWithoutClips(session) : sequenceWithClips(session, sourceTrack);
 }
 
-QString generatePremiereXML(const ShootSession &session)
+int premiereSourceTrack(const ShootSession &session, const ToolLocations &tools)
 {
     // Without clips there is no audio track to point at, and no file to probe.
-    const int sourceTrack = session.matchedClips.isEmpty()
-                                ? 1
-                                : detectAudioTrackOffset(clipsInTimecodeOrder(session.matchedClips).first()->path);
-    return generatePremiereXML(session, sourceTrack);
+    if (session.matchedClips.isEmpty())
+        return 1;
+    return detectAudioTrackOffset(clipsInTimecodeOrder(session.matchedClips).first()->path, tools);
 }

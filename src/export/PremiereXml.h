@@ -1,5 +1,6 @@
 #pragma once
 
+#include "media/ToolLocations.h"
 #include "model/ShootSession.h"
 
 #include <QString>
@@ -11,6 +12,6 @@
 // Pure: `sourceTrack` is the 1-based source audio track for the first audio item of each clip.
 QString generatePremiereXML(const ShootSession &session, int sourceTrack);
 
-// Asks detectAudioTrackOffset about the first clip in timecode order, which may run ffprobe:
-// keep it off the GUI thread.
-QString generatePremiereXML(const ShootSession &session);
+// The source track for `session`: what detectAudioTrackOffset finds in the first clip in
+// timecode order, 1 without clips. Runs ffprobe from `tools`, so keep it off the GUI thread.
+int premiereSourceTrack(const ShootSession &session, const ToolLocations &tools);

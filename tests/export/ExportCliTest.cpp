@@ -51,7 +51,8 @@ private Q_SLOTS:
         const QStringList picks{u"--select"_s, u"m1=A"_s, u"--select"_s, u"m0"_s, u"--select"_s, u"nobody"_s};
         const QString jsxPath = u"/tmp/it's\\here.xml"_s;
         QTest::newRow("edl") << exportSession(u"edl"_s, m_sessionPath) << 0 << generateResolveEDL(m_session) << QString();
-        QTest::newRow("xml") << exportSession(u"xml"_s, m_sessionPath) << 0 << generatePremiereXML(m_session) << QString();
+        QTest::newRow("xml") << exportSession(u"xml"_s, m_sessionPath) << 0
+                             << generatePremiereXML(m_session, premiereSourceTrack(m_session, ToolLocations::platformDefault())) << QString();
         QTest::newRow("otio") << exportSession(u"otio"_s, m_sessionPath) << 0 << generateOTIO(m_session) << QString();
         QTest::newRow("selects") << exportSession(u"selects"_s, m_sessionPath, picks) << 0
                                  << generateSelectsXML(m_session, {u"m0"_s, u"m1"_s, u"nobody"_s}, {{u"m1"_s, u"A"_s}}) << QString();

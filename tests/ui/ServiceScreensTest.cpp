@@ -7,6 +7,7 @@
 #include "media/FootageScanner.h"
 #include "media/MediaFixtures.h"
 #include "service/APIService.h"
+#include "state/SessionLibrary.h"
 #include "support/AwaitTask.h"
 #include "ui/login/LoginView.h"
 #include "ui/detail/MarkerRow.h"
@@ -154,11 +155,13 @@ private Q_SLOTS:
 
         signedIn()->sessionList()->deleteFromRow(u"rooftop-broll"_s);
         QCOMPARE(state().sessions().size(), 3);
+        // A sync that changes nothing assigns nothing; the fetched title it puts back shows it merged.
+        QVERIFY(SessionLibrary(state()).renameSession(u"harbour-day2"_s, u"Shoot session"_s));
         QSignalSpy merged(&state(), &AppState::sessionsChanged);
         signedIn()->syncSessions();
         QVERIFY2(merged.wait(screenWait), "the sync after the deletion did not merge");
         QCOMPARE(state().sessions().size(), 3);
-        // Restoring asks for a sync through the notification centre.
+        // Restoring asks for a sync.
         state().setShowSettings(true);
         QTRY_VERIFY2_WITH_TIMEOUT(signedIn()->currentDetail()->findChild<QPushButton *>(u"restore"_s), "nothing offered for restoring", screenWait);
         signedIn()->currentDetail()->findChild<QPushButton *>(u"restore"_s)->click(); // may lie below the visible part

@@ -7,17 +7,18 @@
 #include "export/RecordingWorkspace.h"
 #include "support/TestData.h"
 
-#include "analysis/PendingAnalyses.h"
 #include "export/EditorHandoff.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
 #include "model/RecordJson.h"
-#include "platform/NotificationCenter.h"
+#include "state/SessionLibrary.h"
 #include "ui/detail/AnalysisState.h"
 #include "ui/detail/MarkerRow.h"
+#include "ui/detail/PendingAnalyses.h"
 #include "ui/detail/SessionDetailView.h"
+#include "ui/detail/SessionHeader.h"
 #include "ui/shell/WidgetDesktop.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
@@ -120,7 +121,7 @@ class SessionDetailTest : public QObject
     // the fetch fails); each analysis run reports progress and waits for the gate.
     struct Screen {
         Screen()
-            : pending(center), root(shell.dir.filePath(u"root"_s)), temp(root + u"/it's tmp"_s), apps(root + u"/Applications"_s)
+            : root(shell.dir.filePath(u"root"_s)), temp(root + u"/it's tmp"_s), apps(root + u"/Applications"_s)
         {
             QDir().mkpath(temp);
             for (const QString &app : {u"Premiere 2025"_s, u"DaVinci Resolve Studio"_s}) // installed; the others are not
@@ -145,9 +146,9 @@ class SessionDetailTest : public QObject
                     analysis.setAnalysing(false);
                     analysis.setAnalyseProgress(QString());
                 },
-                workspace,
-                temp,
-                EditorLocations{{apps + u"/Premiere 2026"_s, apps + u"/Premiere 2025"_s}, {apps + u"/DaVinci Resolve"_s, apps + u"/DaVinci Resolve Studio"_s}},
+                {workspace, temp,
+                 EditorLocations{{apps + u"/Premiere 2026"_s, apps + u"/Premiere 2025"_s}, {apps + u"/DaVinci Resolve"_s, apps + u"/DaVinci Resolve Studio"_s}},
+                 ToolLocations::platformDefault()},
                 u"shoot.example.org"_s};
             view = std::make_unique<SessionDetailView>(shell.state, shell.desktop, environment, pending);
             view->resize(640, 900);
@@ -177,7 +178,6 @@ class SessionDetailTest : public QObject
         }
 
         ShellFixture shell;
-        NotificationCenter center;
         PendingAnalyses pending;
         std::shared_ptr<RecordingWorkspace> workspace = std::make_shared<RecordingWorkspace>();
         std::optional<QList<TranscriptSegment>> transcript = interview();
@@ -212,14 +212,14 @@ private Q_SLOTS:
         QTRY_VERIFY2_WITH_TIMEOUT(shown->text() == u"Harbour day"_s, "the title is not shown", screenWait);
         QTest::mouseDClick(shown, Qt::LeftButton);
         auto *field = screen.view->findChild<QLineEdit *>(u"detailTitleField"_s);
-        QVERIFY(screen.view->isRenaming() && field->isVisible() && !shown->isVisible());
+        QVERIFY(screen.view->header()->isRenaming() && field->isVisible() && !shown->isVisible());
         QCOMPARE(field->text(), u"Harbour day"_s);
         field->setText(typed);
         if (withButton)
             screen.view->findChild<QToolButton *>(u"renameButton"_s)->click();
         else
             QTest::keyClick(field, Qt::Key_Return);
-        QVERIFY(!screen.view->isRenaming());
+        QVERIFY(!screen.view->header()->isRenaming());
         QCOMPARE((QStringList{screen.shell.state.sessions().constFirst().title, screen.shell.state.selectedSession()->title}), QStringList(2, title));
         QTRY_VERIFY2_WITH_TIMEOUT(shown->text() == title && shown->isVisible() && !field->isVisible(), "the title row did not come back", screenWait);
     }
@@ -256,6 +256,49 @@ private Q_SLOTS:
                                                          "Your markers on shoot.example.org are not affected. | Delete"_s});
         QCOMPARE(screen.shell.state.deletedSessionIds(), QSet<QString>{u"harbour"_s});
         QVERIFY(screen.shell.state.sessions().size() == 1 && !screen.shell.state.selectedSession());
+    }
+
+    // A refresh rebuilds only the parts whose data changed: the marker rows survive the session
+    // assigned again and a sync that brings nothing new (each with a rename, whose header change
+    // shows that the refresh ran); new markers replace the rows and leave the footage.
+    void refreshRebuildsOnlyWhatChanged()
+    {
+        Screen screen;
+        ShootSession withClip = harbour();
+        MediaClip &clip = withClip.matchedClips.emplace_back();
+        clip.id = clip.filename = u"A001.mov"_s;
+        SessionLibrary library(screen.shell.state);
+        screen.shell.state.setSessions({withClip, second});
+        screen.shell.state.setSelectedSession(withClip);
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.view->findChild<QWidget *>(u"footageRow"_s), "the matched clip is not shown", screenWait);
+        const auto markerRows = [&] {
+            QList<QPointer<MarkerRow>> rows;
+            for (MarkerRow *row : screen.view->findChildren<MarkerRow *>())
+                rows.append(row);
+            return rows;
+        };
+        const QList<QPointer<MarkerRow>> rows = markerRows();
+        const QPointer<QWidget> footage = screen.view->findChild<QWidget *>(u"footageRow"_s);
+        QCOMPARE(rows.size(), 4);
+
+        AppState &state = screen.shell.state;
+        const std::pair<QString, std::function<void()>> unchanging[] = {
+            {u"Harbour, take two"_s, [&] { state.setSelectedSession(*state.selectedSession()); }}, // a click on the session shown
+            {u"Harbour, take three"_s, [&] { library.mergeFetched({harbour(), second}); }},        // a sync with nothing new
+        };
+        for (const auto &[title, change] : unchanging) {
+            change();
+            QVERIFY(library.renameSession(u"harbour"_s, title));
+            QTRY_VERIFY2_WITH_TIMEOUT(screen.text(u"detailTitle"_s) == title, "the new title is not shown", screenWait);
+            QCOMPARE(markerRows(), rows);
+        }
+
+        ShootSession fewer = harbour();
+        fewer.markers.removeLast();
+        library.mergeFetched({fewer, second});
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.view->findChildren<MarkerRow *>().size() == 3, "the new markers are not shown", screenWait);
+        QVERIFY(std::none_of(rows.cbegin(), rows.cend(), [](const QPointer<MarkerRow> &row) { return row; }));
+        QVERIFY(footage);
     }
 
     // The tab fetches on its first showing; what it shows then: the service's transcript, else
@@ -350,7 +393,7 @@ private Q_SLOTS:
     {
         Screen screen;
         const auto request = [&](const QString &sessionId, const QString &file) {
-            screen.center.post(Notifications::analyseFiles, {{u"files"_s, QVariantList{QUrl::fromLocalFile(file)}}, {u"sessionId"_s, sessionId}});
+            screen.pending.request(sessionId, {QUrl::fromLocalFile(file)});
         };
         QVERIFY2(screen.showTranscript(), "the transcript did not load");
         const QPointer<QWidget> section = screen.view->findChild<QWidget *>(u"selectsSection"_s);
@@ -422,7 +465,7 @@ private Q_SLOTS:
         screen.shell.desktop.primaryAnswer = true; // "Open Resolve"
         QString expected = button.contains(u"Resolve"_s) ? generateOTIO(harbour())
                            : button == u"Save EDL"_s     ? generateResolveEDL(harbour())
-                                                         : generatePremiereXML(harbour());
+                                                         : generatePremiereXML(harbour(), 1); // no clip, so no track to probe
         if (button.contains(u"selects"_s)) {
             QVERIFY2(screen.showTranscript(), "the transcript did not load");
             QVERIFY(chooseFromMenu(screen.view.get(), u"s2"_s, u"Grade B"_s));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "export/RecordingWorkspace.h"
 #include "platform/Desktop.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
@@ -85,7 +86,8 @@ inline ShootSession makeSession(const QString &id, const QString &title, const Q
 // The state's clock: noon, so that sessions a few minutes older are still "Today".
 inline const QDateTime shellNow(QDate(2026, 11, 18), QTime(12, 0));
 
-// A temporary preferences file, the state on it, and (once a backend exists) a main window.
+// A temporary preferences file, the state on it, and (once a backend exists) a main window whose
+// exports write into the temporary folder.
 struct ShellFixture {
     ShellFixture() : preferences(dir.filePath("settings.ini")), state(preferences, nullptr, [] { return shellNow.toUTC(); })
     {
@@ -94,7 +96,8 @@ struct ShellFixture {
 
     void open(ShellBackend &backend, const QUrl &serviceUrl = QUrl("http://127.0.0.1:8765"))
     {
-        window = std::make_unique<ContentView>(state, backend, desktop, ServiceLinks::forBaseUrl(serviceUrl));
+        window = std::make_unique<ContentView>(state, backend, desktop, ServiceLinks::forBaseUrl(serviceUrl),
+                                               ExportEnvironment{workspace, dir.path(), EditorLocations{}, ToolLocations::platformDefault()});
         window->show();
     }
 
@@ -102,5 +105,6 @@ struct ShellFixture {
     Preferences preferences;
     AppState state;
     ScriptedDesktop desktop;
+    std::shared_ptr<RecordingWorkspace> workspace = std::make_shared<RecordingWorkspace>(); // no editing application here
     std::unique_ptr<ContentView> window;
 };

@@ -1,8 +1,11 @@
 #include "support/TestData.h"
+#include "ui/detail/PendingAnalyses.h"
 #include "ui/login/LoginRules.h"
 #include "ui/shell/ServiceLinks.h"
 #include "ui/sessions/SessionListLogic.h"
 #include "ui/settings/SettingsLogic.h"
+
+#include <QSignalSpy>
 
 using namespace SessionListLogic;
 
@@ -83,6 +86,23 @@ private Q_SLOTS:
         const ServiceLinks links = ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.example.org/api?x=1")));
         QCOMPARE((QStringList{links.domain, links.home.toString(), links.privacyPolicy.toString(), links.terms.toString()}),
                  (QStringList{"shoot.example.org", "https://shoot.example.org/", "https://shoot.example.org/privacy", "https://shoot.example.org/terms"}));
+    }
+
+    // Analysis requests wait, in order, until their session's screen takes them, each once.
+    void pendingAnalysesWaitForTheirScreen()
+    {
+        const QList<QUrl> files{QUrl::fromLocalFile("/f/a.mov"), QUrl::fromLocalFile("/f/b.mov")};
+        PendingAnalyses pending;
+        QSignalSpy requested(&pending, &PendingAnalyses::requested);
+        pending.request("S1", files);
+        pending.request("S1", files.mid(1));
+        QCOMPARE(requested.count(), 2);
+        QCOMPARE(requested.first().first().toString(), QStringLiteral("S1"));
+        QCOMPARE(pending.take("S2"), std::nullopt);
+        QCOMPARE(pending.take("S1"), files);
+        QCOMPARE(pending.take("S1"), files.mid(1));
+        QCOMPARE(pending.take("S1"), std::nullopt);
+        QVERIFY(!pending.hasPending("S1"));
     }
 };
 

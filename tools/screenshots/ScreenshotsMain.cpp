@@ -2,6 +2,7 @@
 // and dark, so a change of look can be reviewed without a display.
 #include "platform/IdleDesktop.h"
 #include "platform/Preferences.h"
+#include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
 #include "ui/shell/ContentView.h"
 #include "ui/login/LoginView.h"
@@ -194,7 +195,9 @@ int main(int argc, char **argv)
     state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     StillBackend backend;
     IdleDesktop desktop;
-    ContentView window(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.vorlix.io"))));
+    // No button is pressed here, so nothing is written or launched.
+    ExportEnvironment exports{std::make_shared<ProcessWorkspace>(), profile.path(), EditorLocations{}, ToolLocations::platformDefault()};
+    ContentView window(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.vorlix.io"))), exports);
     window.show();
 
     window.setLoginHint(QStringLiteral("Demo: any e-mail address, code 123456"));
@@ -273,9 +276,9 @@ int main(int argc, char **argv)
         detail->selectTab(QStringLiteral("markers"));
         signedIn->sessionList()->setSelectedIds({QStringLiteral("s3")});
         settle();
-        detail->runAnalysis({QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C007_261118.mov")),
-                             QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C008_261118.mov")),
-                             QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/B002C003_261118.mxf"))});
+        detail->analysisPanel()->runAnalysis({QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C007_261118.mov")),
+                                              QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/A001C008_261118.mov")),
+                                              QUrl::fromLocalFile(QStringLiteral("/Volumes/Shuttle/B002C003_261118.mxf"))});
         window.resize(1000, 650);
         settle();
         QScrollBar *scroll = detail->findChild<QScrollArea *>()->verticalScrollBar();

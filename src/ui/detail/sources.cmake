@@ -1,7 +1,20 @@
 target_sources(vorlix_ui PRIVATE
+  ui/detail/AnalysisPanel.cpp
+  ui/detail/AnalysisPanel.h
   ui/detail/AnalysisState.cpp
   ui/detail/AnalysisState.h
+  ui/detail/ExportActions.cpp
+  ui/detail/ExportActions.h
+  ui/detail/ExportEnvironment.h
+  ui/detail/MarkerList.cpp
+  ui/detail/MarkerList.h
   ui/detail/MarkerRow.cpp
   ui/detail/MarkerRow.h
+  ui/detail/MatchedFootageList.cpp
+  ui/detail/MatchedFootageList.h
+  ui/detail/PendingAnalyses.cpp
+  ui/detail/PendingAnalyses.h
   ui/detail/SessionDetailView.cpp
-  ui/detail/SessionDetailView.h)
+  ui/detail/SessionDetailView.h
+  ui/detail/SessionHeader.cpp
+  ui/detail/SessionHeader.h)

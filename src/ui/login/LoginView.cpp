@@ -23,9 +23,7 @@ constexpr int cardRadius = 20;
 
 QColor white(qreal opacity)
 {
-    QColor color(Qt::white);
-    color.setAlphaF(opacity);
-    return color;
+    return Theme::color(Theme::Colour::white, opacity);
 }
 
 QLabel *whiteLabel(const QString &text, const QFont &font, qreal opacity)
@@ -37,16 +35,25 @@ QLabel *whiteLabel(const QString &text, const QFont &font, qreal opacity)
     return label;
 }
 
-const QString fieldStyle = QStringLiteral(
-    "QLineEdit { background: rgba(255,255,255,235); color: #1d1d1f; border: 1px solid rgba(255,255,255,90);"
-    " border-radius: 9px; padding: 8px 12px; selection-background-color: rgb(93,96,242); }"
-    "QLineEdit:focus { border: 2px solid rgb(93,96,242); padding: 7px 11px; }");
+QString fieldStyle()
+{
+    using namespace Theme;
+    return QStringLiteral("QLineEdit { background: %1; color: %2; border: 1px solid %3;"
+                          " border-radius: 9px; padding: 8px 12px; selection-background-color: %4; }"
+                          "QLineEdit:focus { border: 2px solid %4; padding: 7px 11px; }")
+        .arg(css(Colour::white, 235), css(Colour::fieldText), css(Colour::white, 90), css(Colour::indigo));
+}
 
-const QString primaryStyle = QStringLiteral(
-    "QPushButton { background: rgb(93,96,242); color: white; border: none; border-radius: 9px; padding: 9px 0; }"
-    "QPushButton:hover { background: rgb(111,114,246); }"
-    "QPushButton:pressed { background: rgb(78,80,214); }"
-    "QPushButton:disabled { background: rgba(93,96,242,110); color: rgba(255,255,255,140); }");
+QString primaryStyle()
+{
+    using namespace Theme;
+    return QStringLiteral("QPushButton { background: %1; color: white; border: none; border-radius: 9px; padding: 9px 0; }"
+                          "QPushButton:hover { background: %2; }"
+                          "QPushButton:pressed { background: %3; }"
+                          "QPushButton:disabled { background: %4; color: %5; }")
+        .arg(css(Colour::indigo), css(Colour::indigoHover), css(Colour::indigoPressed), css(Colour::indigo, 110),
+             css(Colour::white, 140));
+}
 
 QLineEdit *roundedField(const QString &placeholder)
 {
@@ -54,7 +61,7 @@ QLineEdit *roundedField(const QString &placeholder)
     field->setPlaceholderText(placeholder);
     field->setFixedWidth(280);
     field->setFont(Theme::pixelFont(14));
-    field->setStyleSheet(fieldStyle);
+    field->setStyleSheet(fieldStyle());
     return field;
 }
 
@@ -82,7 +89,7 @@ QPushButton *LoginView::primaryButton(const QString &label, Spinner *&spinner)
     auto *button = new QPushButton(label);
     button->setFixedWidth(250);
     button->setFont(Theme::pixelFont(13, QFont::DemiBold));
-    button->setStyleSheet(primaryStyle);
+    button->setStyleSheet(primaryStyle());
     button->setCursor(Qt::PointingHandCursor);
     spinner = new Spinner(16, button);
     spinner->setColor(Qt::white);
@@ -154,7 +161,7 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
     m_errorLabel->setAlignment(Qt::AlignCenter);
     m_errorLabel->setWordWrap(true);
     m_errorLabel->setFixedWidth(300);
-    Theme::setTextColor(m_errorLabel, QColor(255, 110, 100));
+    Theme::setTextColor(m_errorLabel, Theme::color(Theme::Colour::errorOnPicture));
     stack->addWidget(m_errorLabel, 0, Qt::AlignHCenter);
 
     auto *tagline = whiteLabel(QStringLiteral("Log your shoot. Mark the moments that matter."), Theme::pixelFont(13, QFont::Medium), 0.7);
@@ -163,7 +170,8 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
 
     m_hintLabel = whiteLabel(QString(), Theme::font(Theme::TextStyle::Caption, QFont::DemiBold), 0.85);
     m_hintLabel->setObjectName(QStringLiteral("hint"));
-    m_hintLabel->setStyleSheet(QStringLiteral("QLabel { background: rgba(93,96,242,150); border-radius: 8px; padding: 6px 12px; }"));
+    m_hintLabel->setStyleSheet(QStringLiteral("QLabel { background: %1; border-radius: 8px; padding: 6px 12px; }")
+                                  .arg(Theme::css(Theme::Colour::indigo, 150)));
     m_hintLabel->hide();
     stack->addWidget(m_hintLabel, 0, Qt::AlignHCenter);
 
@@ -302,7 +310,7 @@ void LoginView::paintEvent(QPaintEvent *)
     };
 
     if (m_scaledHero.isNull()) {
-        painter.fillRect(rect(), Theme::color(Palette::charcoal));
+        painter.fillRect(rect(), Theme::color(Theme::Colour::charcoal));
     } else {
         drawCentred(m_scaledHero);
         painter.fillRect(rect(), QColor(0, 0, 0, 102));
@@ -319,7 +327,7 @@ void LoginView::paintEvent(QPaintEvent *)
     painter.save();
     painter.setClipPath(glass);
     if (m_frostedHero.isNull()) {
-        painter.fillRect(card, Theme::color(Palette::charcoal).lighter(130));
+        painter.fillRect(card, Theme::color(Theme::Colour::charcoal).lighter(130));
     } else {
         drawCentred(m_frostedHero);
         painter.fillRect(card, QColor(0, 0, 0, 70));

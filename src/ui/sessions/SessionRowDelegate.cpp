@@ -123,7 +123,7 @@ void SessionRowDelegate::paintSession(QPainter *painter, const QStyleOptionViewI
     const QString title = QFontMetrics(titleFont).elidedText(index.data().toString(), Qt::ElideRight, titleRect.width());
     painter->drawText(titleRect, Qt::AlignLeft | Qt::AlignVCenter, title);
     if (clipCount > 0) {
-        const QColor green = selected && focused ? QColor(Qt::white) : Theme::color(Palette::green);
+        const QColor green = selected && focused ? QColor(Qt::white) : Theme::color(Theme::Colour::green);
         painter->drawPixmap(QPoint(content.right() - 13, titleRect.top() + 2), Icons::pixmap(QStringLiteral("checkmark.circle.fill"), 14, green, ratio));
     }
 

@@ -146,7 +146,7 @@ QWidget *InlineSettingsView::buildAccount()
     m_avatar->setFixedSize(36, 36);
     m_avatar->setAlignment(Qt::AlignCenter);
     m_avatar->setFont(Theme::pixelFont(14, QFont::Bold));
-    m_avatar->setStyleSheet(QStringLiteral("QLabel { background: rgb(93,96,242); color: white; border-radius: 18px; }"));
+    m_avatar->setStyleSheet(QStringLiteral("QLabel { background: %1; color: white; border-radius: 18px; }").arg(Theme::css(Theme::Colour::indigo)));
     m_name = new QLabel;
     m_name->setObjectName(QStringLiteral("accountName"));
     m_name->setFont(Theme::pixelFont(14, QFont::DemiBold));

@@ -9,8 +9,9 @@
 #include <QApplication>
 #include <QMenuBar>
 
-ContentView::ContentView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent)
-    : QMainWindow(parent), m_state(state), m_backend(backend), m_desktop(desktop), m_links(links)
+ContentView::ContentView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, ExportEnvironment exports,
+                         QWidget *parent)
+    : QMainWindow(parent), m_state(state), m_backend(backend), m_desktop(desktop), m_links(links), m_exports(std::move(exports))
 {
     setWindowTitle(QStringLiteral("Vorlix Sync"));
     setMinimumSize(800, 500);
@@ -57,10 +58,9 @@ void ContentView::setLoginHint(const QString &hint)
 void ContentView::refresh()
 {
     if (m_state.isLoggedIn() && !m_signedIn) {
-        m_signedIn = new SignedInView(m_state, m_backend, m_desktop, m_links);
+        m_signedIn = new SignedInView(m_state, m_backend, m_desktop, m_links, m_exports);
         addToolBar(Qt::TopToolBarArea, m_signedIn->toolBar());
         setCentralWidget(m_signedIn); // deletes the login screen
-        Q_EMIT signedInViewCreated(m_signedIn);
     } else if (!m_state.isLoggedIn() && !m_login) {
         m_login = new LoginView(m_state, m_backend, m_desktop, m_links);
         m_login->setHint(m_loginHint);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/detail/ExportEnvironment.h"
 #include "ui/shell/ServiceLinks.h"
 
 #include <QMainWindow>
@@ -20,16 +21,14 @@ class ContentView : public QMainWindow
     Q_OBJECT
 
 public:
-    ContentView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent = nullptr);
+    ContentView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, ExportEnvironment exports,
+                QWidget *parent = nullptr);
 
     LoginView *loginView() const;
     SignedInView *signedInView() const;
     void setLoginHint(const QString &hint);
     void openSettingsWindow();
     SettingsView *settingsWindow() const;
-
-Q_SIGNALS:
-    void signedInViewCreated(SignedInView *view);
 
 private:
     void refresh();
@@ -38,6 +37,7 @@ private:
     ShellBackend &m_backend;
     Desktop &m_desktop;
     ServiceLinks m_links;
+    ExportEnvironment m_exports;
     QString m_loginHint;
 
     CoalescedRefresh *m_refresh = nullptr;

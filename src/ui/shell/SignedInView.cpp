@@ -1,10 +1,10 @@
 #include "ui/shell/SignedInView.h"
 
-#include "analysis/AnalysisPipeline.h"
-#include "analysis/PendingAnalyses.h"
+#include "analysis/AnalysisService.h"
 #include "platform/Desktop.h"
-#include "platform/NotificationCenter.h"
 #include "state/AppState.h"
+#include "state/SessionLibrary.h"
+#include "ui/detail/PendingAnalyses.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/shell/EmptyStateView.h"
 #include "ui/widgets/Icons.h"
@@ -21,7 +21,8 @@
 #include <QStackedWidget>
 #include <QToolBar>
 
-SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent)
+SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, ExportEnvironment exports,
+                           QWidget *parent)
     : QWidget(parent), m_state(state), m_backend(backend), m_desktop(desktop)
 {
     m_sessionList = new SessionListView(m_state, m_backend, m_desktop, links.domain);
@@ -32,9 +33,8 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
     m_detail->setAutoFillBackground(true);
     m_detail->setBackgroundRole(QPalette::Base);
     m_settings = new InlineSettingsView(m_state, m_backend, m_desktop, links);
-    // Listening before the toolbar can post, so a request waits here until its screen takes it.
-    m_pendingAnalyses = new PendingAnalyses(NotificationCenter::defaultCenter(), this);
-    m_sessionDetail = new SessionDetailView(m_state, m_desktop, SessionDetailEnvironment::forBackend(m_backend, links),
+    m_pendingAnalyses = new PendingAnalyses(this);
+    m_sessionDetail = new SessionDetailView(m_state, m_desktop, SessionDetailEnvironment::forBackend(m_backend, links, std::move(exports)),
                                             *m_pendingAnalyses);
     m_empty = new EmptyStateView;
     m_detail->addWidget(m_settings);
@@ -69,10 +69,6 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
 
     m_syncTimer.setInterval(syncIntervalMs);
     connect(&m_syncTimer, &QTimer::timeout, this, &SignedInView::syncSessions);
-    connect(&NotificationCenter::defaultCenter(), &NotificationCenter::posted, this, [this](const QString &name) {
-        if (name == Notifications::syncNow)
-            syncSessions();
-    });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState applicationState) {
         if (applicationState == Qt::ApplicationActive)
             syncSessions();
@@ -131,6 +127,11 @@ void SignedInView::analyseFootageFromScratch()
     m_desktop.chooseFiles({QStringLiteral("Select footage files or a folder to analyse with AI"), true}, [self](const QList<QUrl> &chosen) {
         if (!self)
             return;
-        ::analyseFootageFromScratch(self->m_state, chosen, NotificationCenter::defaultCenter());
+        const QList<QUrl> files = Analysis::collectMediaFiles(chosen);
+        if (files.isEmpty())
+            return;
+        const ShootSession session = Analysis::newAnalysisSession(files, self->m_state.now());
+        SessionLibrary(self->m_state).addAnalysisSession(session);
+        self->m_pendingAnalyses->request(session.id, files);
     });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/detail/ExportEnvironment.h"
 #include "ui/shell/ServiceLinks.h"
 
 #include <QTimer>
@@ -25,7 +26,8 @@ class SignedInView : public QWidget
     Q_OBJECT
 
 public:
-    SignedInView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, QWidget *parent = nullptr);
+    SignedInView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, ExportEnvironment exports,
+                 QWidget *parent = nullptr);
 
     // The window shows this toolbar while the view exists.
     QToolBar *toolBar() const { return m_toolBar; }
@@ -36,7 +38,8 @@ public:
 
     void scanFootage();
     void syncSessions();
-    // Asks for footage files or folders and analyses the media among them into a new session.
+    // Asks for footage files or folders and analyses the media among them into a new session,
+    // which becomes the selection; its screen takes the request and runs it.
     void analyseFootageFromScratch();
 
     static constexpr int syncIntervalMs = 30'000;

@@ -2,6 +2,7 @@
 
 #include "media/FootageScanner.h"
 #include "platform/Preferences.h"
+#include "platform/ProcessWorkspace.h"
 #include "service/APIService.h"
 #include "service/ServiceUrl.h"
 #include "state/AppState.h"
@@ -11,6 +12,7 @@
 #include "ui/shell/WidgetDesktop.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QProcessEnvironment>
 
@@ -54,7 +56,8 @@ VorlixCompanionApp::VorlixCompanionApp(const Options &options, QObject *parent) 
     const ToolLocations tools = ToolLocations::platformDefault();
     m_scanner = std::make_unique<FootageScanner>(*m_state, tools);
     m_backend = std::make_unique<ServiceShellBackend>(*m_state, *m_api, *m_scanner, tools);
-    m_window = std::make_unique<ContentView>(*m_state, *m_backend, *m_desktop, ServiceLinks::forBaseUrl(options.serviceUrl));
+    ExportEnvironment exports{std::make_shared<ProcessWorkspace>(), QDir::tempPath(), EditorLocations::forThisPlatform(), tools};
+    m_window = std::make_unique<ContentView>(*m_state, *m_backend, *m_desktop, ServiceLinks::forBaseUrl(options.serviceUrl), std::move(exports));
     m_window->setLoginHint(options.loginHint);
     m_desktop->setWindow(m_window.get());
 }

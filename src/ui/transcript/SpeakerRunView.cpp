@@ -36,7 +36,7 @@ SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chi
     , m_run(std::move(run))
     , m_runIndex(runIndex)
     , m_label(speakerLabel(m_run.speaker))
-    , m_speakerColor(TranscriptStyle::toQColor(speakerColor(m_run.speaker)))
+    , m_speakerColor(Theme::color(speakerColor(m_run.speaker)))
     , m_chipFont(chipFont())
     , m_timecodeFont(TranscriptStyle::monospaceFont(11, QFont::Medium))
     , m_labelFont(Theme::pixelFont(11, QFont::DemiBold))
@@ -65,7 +65,7 @@ void SpeakerRunView::setChipStates(const SegmentSelection &selection,
         Chip &chip = m_chips[i];
         const ChipState state = chipState(id, selection.selectedSegmentIds, highlightRangeIds);
         const QColor tint = state == ChipState::Selected
-            ? TranscriptStyle::toQColor(highlightColor(id, selection.segmentGrades))
+            ? Theme::color(highlightColor(id, selection.segmentGrades))
             : QColor();
         if (state == chip.state && tint == chip.tint)
             continue;
@@ -194,7 +194,7 @@ void SpeakerRunView::paintEvent(QPaintEvent *event)
     auto it = std::upper_bound(origins.cbegin(), origins.cend(), firstY,
                                [](qreal y, const QPointF &origin) { return y < origin.y(); });
     const QColor text = palette().color(QPalette::WindowText);
-    const QColor highlightFill = TranscriptStyle::toQColor(TranscriptStyle::yellow, 0.25);
+    const QColor highlightFill = Theme::color(TranscriptStyle::yellow, 0.25);
     painter.setFont(m_chipFont);
     for (; it != origins.cend() && it->y() <= lastY; ++it) {
         const qsizetype index = it - origins.cbegin();

@@ -4,13 +4,6 @@
 
 namespace TranscriptStyle {
 
-QColor toQColor(Rgb rgb, qreal opacity)
-{
-    QColor color(rgb.red, rgb.green, rgb.blue);
-    color.setAlphaF(float(opacity));
-    return color;
-}
-
 QColor secondaryText(const QPalette &palette)
 {
     QColor color = palette.color(QPalette::WindowText);

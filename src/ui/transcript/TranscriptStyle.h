@@ -10,8 +10,6 @@
 // same proportions on every platform whatever the screen's dots per inch.
 namespace TranscriptStyle {
 
-QColor toQColor(Rgb rgb, qreal opacity = 1.0);
-
 // The range offer's yellow, the platform's system yellow rather than pure (255, 255, 0), which
 // glares on a light background.
 inline constexpr Rgb yellow{255, 204, 0};

@@ -77,7 +77,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     m_selectionBar = new QWidget(m_transcriptPane);
     auto *selectionRow = boxLayout<QHBoxLayout>(m_selectionBar, {4, 0, 4, 8}, 6);
     m_selectionCount = makeLabel({}, Theme::pixelFont(13, QFont::Bold), m_selectionBar);
-    setTextColour(m_selectionCount, QPalette::WindowText, TranscriptStyle::toQColor(Palette::indigo));
+    setTextColour(m_selectionCount, QPalette::WindowText, Theme::indigo());
     m_clearAll = new QToolButton(m_selectionBar);
     m_clearAll->setText(tr("Clear all"));
     m_clearAll->setFont(Theme::pixelFont(12));
@@ -98,7 +98,7 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     m_acceptRange->setIcon(Icons::symbol(QStringLiteral("highlighter"), Qt::black));
     m_acceptRange->setIconSize(QSize(12, 12));
     m_acceptRange->setCursor(Qt::PointingHandCursor);
-    const QColor yellow = TranscriptStyle::toQColor(TranscriptStyle::yellow);
+    const QColor yellow = Theme::color(TranscriptStyle::yellow);
     m_acceptRange->setStyleSheet(
         QStringLiteral("QPushButton { background-color: %1; color: black; border: none;"
                        " border-radius: 6px; padding: 6px 10px; font-size: 11px;"
@@ -182,7 +182,6 @@ void TranscriptView::showTranscript(QList<TranscriptSegment> segments)
     }
     refreshSelection();
     updatePane();
-    Q_EMIT transcriptLoaded();
 }
 
 void TranscriptView::updatePane()

@@ -34,9 +34,6 @@ public:
     const QSet<QString> &highlightRangeIds() const { return m_highlightRangeIds; }
     bool showHighlightButton() const { return m_showHighlightButton; }
 
-Q_SIGNALS:
-    void transcriptLoaded();
-
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;

@@ -28,19 +28,31 @@ void setAccent(QPalette &palette, const QColor &highlightedText)
 
 } // namespace
 
-QColor color(Rgb rgb)
+QColor color(Rgb rgb, qreal opacity)
 {
-    return QColor(rgb.red, rgb.green, rgb.blue);
+    QColor result(rgb.red, rgb.green, rgb.blue);
+    result.setAlphaF(float(opacity));
+    return result;
 }
 
 QColor indigo()
 {
-    return color(Palette::indigo);
+    return color(Colour::indigo);
 }
 
 QColor destructive()
 {
-    return g_dark ? QColor(255, 105, 97) : QColor(215, 48, 39);
+    return color(g_dark ? Colour::destructiveDark : Colour::destructiveLight);
+}
+
+QString css(const QColor &color)
+{
+    return css(Rgb{color.red(), color.green(), color.blue()}, color.alpha());
+}
+
+QString css(Rgb rgb, int alpha)
+{
+    return QStringLiteral("rgba(%1,%2,%3,%4)").arg(rgb.red).arg(rgb.green).arg(rgb.blue).arg(alpha);
 }
 
 namespace {
@@ -114,11 +126,6 @@ QPalette darkPalette()
 
 namespace {
 
-QString rgba(const QColor &color)
-{
-    return QStringLiteral("rgba(%1,%2,%3,%4)").arg(color.red()).arg(color.green()).arg(color.blue()).arg(color.alpha());
-}
-
 // The few controls Fusion draws too plainly for this program, in the colours of the palette in
 // force. Re-applied with every palette, which also repolishes every widget.
 QString styleSheetFor(const QPalette &palette)
@@ -141,21 +148,22 @@ QString styleSheetFor(const QPalette &palette)
                "QToolBar#mainToolbar QToolButton:hover { background: %6; }"
                "QToolBar#mainToolbar QToolButton:disabled { color: %7; }"
                "QFrame#sidebarDivider, QSplitter::handle { background: %3; border: none; }"
-               "QLineEdit#renameField { background: %8; color: %5; border: 1px solid rgb(93,96,242); border-radius: 4px; padding: 0 3px; }"
+               "QLineEdit#renameField { background: %8; color: %5; border: 1px solid %10; border-radius: 4px; padding: 0 3px; }"
                "QPushButton[segment=\"first\"], QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"]"
                " { padding: 5px 0; background: %9; color: %5; border: 1px solid %3; }"
                "QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"] { border-left: none; }"
                "QPushButton[segment=\"first\"] { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
                "QPushButton[segment=\"last\"] { border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
                "QPushButton[segment=\"first\"]:checked, QPushButton[segment=\"middle\"]:checked, QPushButton[segment=\"last\"]:checked"
-               " { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }"
+               " { background: %10; color: white; border-color: %10; }"
                "QTabBar#viewPicker::tab { padding: 5px 16px; margin: 0; background: %9; color: %5; border: 1px solid %3; }"
                "QTabBar#viewPicker::tab:first { border-top-left-radius: 6px; border-bottom-left-radius: 6px; }"
                "QTabBar#viewPicker::tab:last { border-left: none; border-top-right-radius: 6px; border-bottom-right-radius: 6px; }"
-               "QTabBar#viewPicker::tab:selected { background: rgb(93,96,242); color: white; border-color: rgb(93,96,242); }")
-        .arg(rgba(faint), rgba(handle), rgba(palette.color(QPalette::Mid)), rgba(palette.color(QPalette::Window)),
-             rgba(palette.color(QPalette::ButtonText)), rgba(hover), rgba(palette.color(QPalette::Disabled, QPalette::ButtonText)),
-             rgba(palette.color(QPalette::Base)), rgba(palette.color(QPalette::Button)));
+               "QTabBar#viewPicker::tab:selected { background: %10; color: white; border-color: %10; }")
+        .arg(css(faint), css(handle), css(palette.color(QPalette::Mid)), css(palette.color(QPalette::Window)),
+             css(palette.color(QPalette::ButtonText)), css(hover), css(palette.color(QPalette::Disabled, QPalette::ButtonText)),
+             css(palette.color(QPalette::Base)), css(palette.color(QPalette::Button)))
+        .arg(css(Colour::indigo));
 }
 
 } // namespace
@@ -225,6 +233,14 @@ QPushButton *textButton(const QString &text, const QFont &font, const QColor &co
                                          "QPushButton:hover { color: %2; }")
                               .arg(color.name(QColor::HexArgb), (color.alphaF() < 1.0 ? hover : color.lighter(120)).name(QColor::HexArgb)));
     return button;
+}
+
+QLabel *heading(const QString &text, const QColor &color)
+{
+    QLabel *heading = label(text, TextStyle::Caption);
+    heading->setFont(font(TextStyle::Caption, QFont::Bold));
+    setTextColor(heading, color);
+    return heading;
 }
 
 QLabel *sectionHeader(const QString &title, int pixelSize, qreal letterSpacing)

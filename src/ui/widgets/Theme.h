@@ -22,9 +22,32 @@ enum class TextStyle {
     SmallCaption, // 11 px
 };
 
-QColor color(Rgb rgb);
+// The colours of the screens by what they show. Those the records and documents share are the
+// core's Palette; every style sheet and painter takes its colours from here.
+namespace Colour {
+inline constexpr Rgb white{255, 255, 255};
+inline constexpr Rgb indigo = Palette::indigo; // the accent
+inline constexpr Rgb indigoHover{111, 114, 246};
+inline constexpr Rgb indigoPressed{78, 80, 214};
+inline constexpr Rgb charcoal = Palette::charcoal;
+inline constexpr Rgb amber = Palette::amber;   // selects
+inline constexpr Rgb green = Palette::green;   // matched footage, analysis
+inline constexpr Rgb premiereBlue{0, 0, 214};
+inline constexpr Rgb symbolGrey{128, 128, 133};
+inline constexpr Rgb disabledFill{142, 142, 147};
+inline constexpr Rgb destructiveLight{215, 48, 39};
+inline constexpr Rgb destructiveDark{255, 105, 97};
+inline constexpr Rgb errorOnPicture{255, 110, 100};
+inline constexpr Rgb fieldText{29, 29, 31};
+} // namespace Colour
+
+QColor color(Rgb rgb, qreal opacity = 1.0);
 QColor indigo();
+// Red that reads on the palette in force.
 QColor destructive();
+// A colour as style sheets write it: "rgba(r,g,b,a)", alpha from 0 to 255.
+QString css(const QColor &color);
+QString css(Rgb rgb, int alpha = 255);
 
 QPalette lightPalette();
 QPalette darkPalette();
@@ -41,6 +64,8 @@ QLabel *label(const QString &text, TextStyle style, bool secondary = false, QWid
 void setTextColor(QWidget *widget, const QColor &color);
 // A borderless text button (links, "Sign Out"); hovering brightens it.
 QPushButton *textButton(const QString &text, const QFont &font, const QColor &color);
+// A bold caption in `color`, as over the screen's sections ("MATCHED FOOTAGE").
+QLabel *heading(const QString &text, const QColor &color);
 // An upper-cased, letter-spaced, bold, secondary section title.
 QLabel *sectionHeader(const QString &title, int pixelSize, qreal letterSpacing);
 void setSecondary(QWidget *widget);
