@@ -66,11 +66,6 @@ int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg, const 
     return best;
 }
 
-int detectAudioTrackOffset(const std::optional<QString> &path)
-{
-    return detectAudioTrackOffset(path, ToolLocations::platformDefault());
-}
-
 int detectAudioTrackOffset(const std::optional<QString> &path, const ToolLocations &tools)
 {
     if (!path)

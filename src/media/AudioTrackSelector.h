@@ -17,7 +17,6 @@ inline constexpr int measuredAudioSeconds = 10;
 int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg, const ToolLocations &tools);
 
 // The 1-based number of the first audio track that has channels; 1 when nothing better is known.
-int detectAudioTrackOffset(const std::optional<QString> &path);
 int detectAudioTrackOffset(const std::optional<QString> &path, const ToolLocations &tools);
 
 // The number after the first "mean_volume: " of ffmpeg's volumedetect log, in dB.
