@@ -5,5 +5,4 @@ target_sources(vorlix_core PRIVATE
   platform/IdleDesktop.h
   platform/Workspace.h
   platform/ProcessWorkspace.h platform/ProcessWorkspace.cpp
-  platform/CredentialStore.h platform/CredentialStore.cpp
-  platform/NotificationCenter.h platform/NotificationCenter.cpp)
+  platform/CredentialStore.h platform/CredentialStore.cpp)
