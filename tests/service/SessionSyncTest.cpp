@@ -12,21 +12,7 @@ namespace {
 const CredentialStore testCredentials(QStringLiteral("io.vorlix.sync.test-sync"), QStringLiteral("test-sync"));
 const QDateTime day(QDate(2024, 5, 1), QTime(9, 0), Qt::UTC);
 
-// Sessions with one marker each, from "id/title/hour/timecode", and back.
-QList<ShootSession> sessions(const QStringList &shorthands)
-{
-    QList<ShootSession> list;
-    for (const QString &shorthand : shorthands) {
-        const QStringList fields = shorthand.split(u'/');
-        ShootSession &s = list.emplace_back();
-        s.id = s.shareToken = fields[0];
-        s.title = fields[1];
-        s.createdAt = day.addSecs(fields[2].toInt() * 3600);
-        s.markers = {ShootMarker{s.id + QStringLiteral("-m"), QStringLiteral("log"), fields[3], {}, {}, {}, {}, {}, day}};
-    }
-    return list;
-}
-
+// Sessions as "id/title/hour/timecode" of their first marker.
 QStringList shorthands(const QList<ShootSession> &list)
 {
     QStringList result;
