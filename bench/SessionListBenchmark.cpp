@@ -1,8 +1,8 @@
 // The sidebar after a sync of a large account: 2,000 sessions over a year regrouped by day and
 // the visible rows repainted, as one coalesced refresh does it.
+#include "platform/Desktop.h"
 #include "platform/IdleDesktop.h"
 #include "platform/Preferences.h"
-#include "platform/Desktop.h"
 #include "state/AppState.h"
 #include "ui/sessions/SessionListView.h"
 #include "ui/shell/ShellBackend.h"

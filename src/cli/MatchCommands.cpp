@@ -1,7 +1,7 @@
 #include "cli/CliCommand.h"
 #include "cli/CliIo.h"
-#include "model/RecordJson.h"
 #include "model/ClipMatcher.h"
+#include "model/RecordJson.h"
 
 namespace {
 

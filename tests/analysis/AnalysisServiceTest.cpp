@@ -1,8 +1,8 @@
-#include "ServiceStandin.h"
 #include "analysis/AnalysisService.h"
 #include "media/MediaFixtures.h"
 #include "service/APIService.h"
 #include "service/ServiceTestSupport.h"
+#include "ServiceStandin.h"
 
 #include <QTemporaryDir>
 #include <QTimer>

@@ -1,10 +1,10 @@
 // The hand-off to the editing applications: which application gets which file. The applications
 // are folders in a temporary directory (the machine has none) and the workspace writes requests
 // down; the files are really written and read back.
-#include "RecordingWorkspace.h"
 #include "export/EditorHandoff.h"
 #include "export/PremiereScript.h"
 #include "platform/ProcessWorkspace.h"
+#include "RecordingWorkspace.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
-#include "ServiceTestSupport.h"
 #include "service/APIService.h"
+#include "ServiceTestSupport.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>

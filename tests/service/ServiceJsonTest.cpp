@@ -1,6 +1,6 @@
-#include "ServiceTestSupport.h"
 #include "model/RecordJson.h"
 #include "service/ServiceJson.h"
+#include "ServiceTestSupport.h"
 
 #include <QJsonDocument>
 #include <QRegularExpression>

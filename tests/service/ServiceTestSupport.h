@@ -1,9 +1,9 @@
 #pragma once
 
 #include "HttpAnswer.h"
+#include "service/APIError.h"
 #include "support/AwaitTask.h"
 #include "support/TestData.h"
-#include "service/APIError.h"
 
 #include <QAbstractHttpServer>
 #include <QCoro/QCoroTask>

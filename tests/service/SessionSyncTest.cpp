@@ -1,7 +1,7 @@
-#include "ServiceTestSupport.h"
 #include "platform/Preferences.h"
 #include "service/APIService.h"
 #include "service/SessionSync.h"
+#include "ServiceTestSupport.h"
 #include "state/AppState.h"
 
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "support/TestData.h"
 
-#include "model/MediaClip.h"
 #include "model/ClipMatcher.h"
+#include "model/MediaClip.h"
 #include "time/NumberText.h"
 #include "time/Timecode.h"
 

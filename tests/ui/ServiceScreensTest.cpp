@@ -3,18 +3,18 @@
 // here.
 #include "ShellFixture.h"
 
-#include "ServiceStandin.h"
 #include "media/FootageScanner.h"
 #include "media/MediaFixtures.h"
 #include "service/APIService.h"
+#include "ServiceStandin.h"
 #include "state/SessionLibrary.h"
 #include "support/AwaitTask.h"
-#include "ui/login/LoginView.h"
 #include "ui/detail/MarkerRow.h"
-#include "ui/shell/ServiceShellBackend.h"
 #include "ui/detail/SessionDetailView.h"
+#include "ui/login/LoginView.h"
 #include "ui/sessions/SessionListModel.h"
 #include "ui/sessions/SessionListView.h"
+#include "ui/shell/ServiceShellBackend.h"
 #include "ui/shell/SignedInView.h"
 
 #include <QFile>

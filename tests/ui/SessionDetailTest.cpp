@@ -3,8 +3,8 @@
 // read back. The transcript service and the analysis are scripted; the editing applications are
 // fakes (paths in a temporary folder and a workspace that records launches), since the machine
 // has none.
-#include "ShellFixture.h"
 #include "export/RecordingWorkspace.h"
+#include "ShellFixture.h"
 #include "support/TestData.h"
 
 #include "export/EditorHandoff.h"

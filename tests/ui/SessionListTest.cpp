@@ -4,13 +4,13 @@
 #include "ShellFixture.h"
 
 #include "state/PreferenceKeys.h"
-#include "ui/shell/EmptyStateView.h"
-#include "ui/settings/InlineSettingsView.h"
-#include "ui/login/LoginView.h"
 #include "ui/detail/SessionDetailView.h"
+#include "ui/login/LoginView.h"
 #include "ui/sessions/SessionListModel.h"
 #include "ui/sessions/SessionListView.h"
+#include "ui/settings/InlineSettingsView.h"
 #include "ui/settings/SettingsView.h"
+#include "ui/shell/EmptyStateView.h"
 #include "ui/shell/SignedInView.h"
 #include "ui/widgets/ElidedLabel.h"
 

@@ -1,9 +1,9 @@
 #include "support/TestData.h"
 #include "ui/detail/PendingAnalyses.h"
 #include "ui/login/LoginRules.h"
-#include "ui/shell/ServiceLinks.h"
 #include "ui/sessions/SessionListLogic.h"
 #include "ui/settings/SettingsLogic.h"
+#include "ui/shell/ServiceLinks.h"
 
 #include <QSignalSpy>
 

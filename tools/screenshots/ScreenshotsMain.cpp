@@ -4,17 +4,17 @@
 #include "platform/Preferences.h"
 #include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
-#include "ui/shell/ContentView.h"
+#include "ui/detail/AnalysisState.h"
+#include "ui/detail/SessionDetailView.h"
 #include "ui/login/LoginView.h"
 #include "ui/sessions/SessionListView.h"
 #include "ui/settings/SettingsView.h"
+#include "ui/shell/ContentView.h"
 #include "ui/shell/ShellBackend.h"
-#include "ui/detail/AnalysisState.h"
-#include "ui/detail/SessionDetailView.h"
 #include "ui/shell/SignedInView.h"
-#include "ui/widgets/Theme.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
+#include "ui/widgets/Theme.h"
 
 #include <QApplication>
 #include <QDir>

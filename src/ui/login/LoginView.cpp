@@ -2,11 +2,11 @@
 
 #include "platform/Desktop.h"
 #include "state/AppState.h"
-#include "ui/widgets/Icons.h"
 #include "ui/login/LoginRules.h"
 #include "ui/shell/ShellBackend.h"
-#include "ui/widgets/Theme.h"
+#include "ui/widgets/Icons.h"
 #include "ui/widgets/Spinner.h"
+#include "ui/widgets/Theme.h"
 
 #include <QCoro/QCoroTask>
 #include <QHBoxLayout>

@@ -3,15 +3,15 @@
 #include "platform/Desktop.h"
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
-#include "ui/widgets/CoalescedRefresh.h"
-#include "ui/widgets/Icons.h"
 #include "ui/sessions/SessionListModel.h"
 #include "ui/sessions/SessionRowDelegate.h"
 #include "ui/settings/SettingsLogic.h"
 #include "ui/shell/SignOut.h"
-#include "ui/widgets/Theme.h"
+#include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/ElidedLabel.h"
+#include "ui/widgets/Icons.h"
 #include "ui/widgets/Spinner.h"
+#include "ui/widgets/Theme.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "ui/sessions/SessionRowDelegate.h"
 
-#include "ui/widgets/Icons.h"
 #include "ui/sessions/SessionListModel.h"
+#include "ui/widgets/Icons.h"
 #include "ui/widgets/Theme.h"
 
 #include <QAbstractItemView>

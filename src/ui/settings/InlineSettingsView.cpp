@@ -1,15 +1,15 @@
 #include "ui/settings/InlineSettingsView.h"
 
+#include "platform/Desktop.h"
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
+#include "ui/settings/SettingsActions.h"
+#include "ui/settings/SettingsControls.h"
+#include "ui/settings/SettingsLogic.h"
 #include "ui/shell/ShellBackend.h"
-#include "platform/Desktop.h"
+#include "ui/shell/SignOut.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
-#include "ui/settings/SettingsActions.h"
-#include "ui/settings/SettingsLogic.h"
-#include "ui/settings/SettingsControls.h"
-#include "ui/shell/SignOut.h"
 #include "ui/widgets/Theme.h"
 
 #include <QComboBox>

@@ -3,9 +3,9 @@
 #include "state/AppState.h"
 #include "ui/settings/SettingsActions.h"
 #include "ui/settings/SettingsLogic.h"
+#include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/Icons.h"
 #include "ui/widgets/Theme.h"
-#include "ui/widgets/ElidedLabel.h"
 
 #include <QButtonGroup>
 #include <QComboBox>

@@ -1,11 +1,11 @@
 #include "ui/settings/SettingsView.h"
 
 #include "state/AppState.h"
-#include "ui/widgets/CoalescedRefresh.h"
 #include "ui/settings/SettingsActions.h"
-#include "ui/settings/SettingsLogic.h"
 #include "ui/settings/SettingsControls.h"
+#include "ui/settings/SettingsLogic.h"
 #include "ui/shell/SignOut.h"
+#include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Theme.h"
 
 #include <QComboBox>

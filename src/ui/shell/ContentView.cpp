@@ -1,10 +1,10 @@
 #include "ui/shell/ContentView.h"
 
 #include "state/AppState.h"
-#include "ui/widgets/CoalescedRefresh.h"
 #include "ui/login/LoginView.h"
 #include "ui/settings/SettingsView.h"
 #include "ui/shell/SignedInView.h"
+#include "ui/widgets/CoalescedRefresh.h"
 
 #include <QApplication>
 #include <QMenuBar>

@@ -5,13 +5,13 @@
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
 #include "ui/detail/PendingAnalyses.h"
-#include "ui/widgets/CoalescedRefresh.h"
-#include "ui/shell/EmptyStateView.h"
-#include "ui/widgets/Icons.h"
-#include "ui/settings/InlineSettingsView.h"
 #include "ui/detail/SessionDetailView.h"
 #include "ui/sessions/SessionListView.h"
+#include "ui/settings/InlineSettingsView.h"
+#include "ui/shell/EmptyStateView.h"
 #include "ui/shell/ShellBackend.h"
+#include "ui/widgets/CoalescedRefresh.h"
+#include "ui/widgets/Icons.h"
 
 #include <QAction>
 #include <QGuiApplication>

@@ -8,8 +8,8 @@
 #include "state/AppState.h"
 #include "ui/shell/ContentView.h"
 #include "ui/shell/ServiceShellBackend.h"
-#include "ui/widgets/Theme.h"
 #include "ui/shell/WidgetDesktop.h"
+#include "ui/widgets/Theme.h"
 
 #include <QCommandLineParser>
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "ui/transcript/SpeakerRunView.h"
 
-#include "ui/widgets/Theme.h"
 #include "ui/transcript/TranscriptStyle.h"
 #include "ui/transcript/WordWidthCache.h"
+#include "ui/widgets/Theme.h"
 
 #include <QContextMenuEvent>
 #include <QFontMetricsF>

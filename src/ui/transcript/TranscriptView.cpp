@@ -1,11 +1,11 @@
 #include "ui/transcript/TranscriptView.h"
 
-#include "ui/widgets/Icons.h"
-#include "ui/widgets/Theme.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
 #include "ui/transcript/TranscriptStyle.h"
 #include "ui/transcript/WordWidthCache.h"
+#include "ui/widgets/Icons.h"
+#include "ui/widgets/Theme.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
