@@ -27,7 +27,7 @@ const QTemporaryDir &footage()
         const ToolRun run = runTool(tools.existingFFmpeg().value_or(QStringLiteral("ffmpeg")),
                                     {"-v", "error", "-y", "-f", "lavfi", "-i", "testsrc=size=64x36:rate=25", "-f", "lavfi", "-i", "sine",
                                      "-t", "1", "-timecode", "10:00:00:00", first},
-                                    ToolOutput::NullDevice, ToolOutput::Captured);
+                                    ToolOutput::NullDevice, ToolOutput::Captured, std::chrono::minutes(2));
         if (run.exitStatus != 0)
             qFatal("ffmpeg could not make the sample clip: %s", run.standardError.constData());
         for (int i = 2; i <= clipCount; ++i)

@@ -26,6 +26,8 @@ namespace {
 const QString ffmpegMissing = QStringLiteral("ffmpeg not found - install via: brew install ffmpeg");
 const QString markersKey = QStringLiteral("markers");
 const QString wordsKey = QStringLiteral("transcript_words");
+// An extraction reads the whole file; half an hour leaves room for hours of footage on a slow disk.
+constexpr std::chrono::milliseconds extractionTimeLimit = std::chrono::minutes(30);
 
 QString position(qsizetype index, qsizetype count)
 {
@@ -325,7 +327,7 @@ QCoro::Task<bool> AnalysisService::analyseFile(Run &run, const ShootSession &ses
     QFuture<int> trackChoice = loudestTrackOnToolPool(m_tools, path, *ffmpeg);
     const int track = co_await trackChoice;
     QFuture<ToolRun> extraction = runToolAsync(*ffmpeg, audioArguments(path, track, wav), ToolOutput::NullDevice,
-                                               ToolOutput::NullDevice);
+                                               ToolOutput::NullDevice, extractionTimeLimit);
     const ToolRun extracted = co_await extraction;
     if (!extracted.launched || extracted.exitStatus != 0 || !QFile::exists(wav)) {
         run.addResult(extractionFailedText(name));
@@ -366,7 +368,7 @@ QCoro::Task<qint64> AnalysisService::analyseFrames(const ShootSession &session, 
     QDir().mkpath(folder);
 
     QFuture<ToolRun> extraction = runToolAsync(ffmpeg, frameArguments(path, folder), ToolOutput::NullDevice,
-                                               ToolOutput::Captured);
+                                               ToolOutput::Captured, extractionTimeLimit);
     const ToolRun extracted = co_await extraction;
     QFuture<QJsonArray> encoding = frameRecordsOnToolPool(folder, Analysis::frameTimesFromLog(extracted.standardError),
                                                           start, session.fps);

@@ -40,7 +40,7 @@ int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg, const 
     const QString ffprobe = tools.existingFFprobe().value_or(tools.ffprobeCandidates.value(tools.ffprobeCandidates.size() - 1));
     const ToolRun listing = runTool(ffprobe,
                                     audioStreamQuery({QStringLiteral("-show_entries"), QStringLiteral("stream=index,codec_type")}, filePath),
-                                    ToolOutput::Captured, ToolOutput::NullDevice);
+                                    ToolOutput::Captured, ToolOutput::NullDevice, probeTimeLimit);
     const qsizetype streams = std::min<qsizetype>(FFprobeOutput::streamCount(listing.standardOutput), maximumMeasuredAudioStreams);
 
     int best = 0;
@@ -51,11 +51,11 @@ int findLoudestAudioTrack(const QString &filePath, const QString &ffmpeg, const 
                 {QStringLiteral("-i"), filePath, QStringLiteral("-vn"), QStringLiteral("-map"), QStringLiteral("0:a:%1").arg(i),
                  QStringLiteral("-t"), QString::number(measuredAudioSeconds), QStringLiteral("-acodec"), QStringLiteral("pcm_s16le"),
                  QStringLiteral("-ar"), QStringLiteral("16000"), QStringLiteral("-ac"), QStringLiteral("1"), QStringLiteral("-y"), sample},
-                ToolOutput::NullDevice, ToolOutput::NullDevice);
+                ToolOutput::NullDevice, ToolOutput::NullDevice, levelCheckTimeLimit);
         const ToolRun measurement = runTool(ffmpeg,
                                             {QStringLiteral("-i"), sample, QStringLiteral("-af"), QStringLiteral("volumedetect"),
                                              QStringLiteral("-f"), QStringLiteral("null"), QProcess::nullDevice()},
-                                            ToolOutput::NullDevice, ToolOutput::Captured);
+                                            ToolOutput::NullDevice, ToolOutput::Captured, levelCheckTimeLimit);
         const auto level = meanVolumeFromLog(measurement.standardError);
         if (level && *level > bestLevel) {
             best = i;
@@ -74,6 +74,6 @@ int detectAudioTrackOffset(const std::optional<QString> &path, const ToolLocatio
     if (!ffprobe)
         return 1;
     const ToolRun run = runTool(*ffprobe, audioStreamQuery({QStringLiteral("-show_streams")}, *path),
-                                ToolOutput::Captured, ToolOutput::Discarded);
+                                ToolOutput::Captured, ToolOutput::Discarded, probeTimeLimit);
     return FFprobeOutput::firstStreamWithChannels(run.standardOutput).value_or(1);
 }

@@ -4,11 +4,14 @@
 
 #include <QByteArray>
 #include <QString>
+#include <chrono>
 #include <optional>
 
 // How many audio streams findLoudestAudioTrack measures at most, and how many seconds of each.
 inline constexpr int maximumMeasuredAudioStreams = 8;
 inline constexpr int measuredAudioSeconds = 10;
+// How long cutting out or measuring those seconds may take.
+inline constexpr std::chrono::milliseconds levelCheckTimeLimit = std::chrono::seconds(60);
 
 // The 0-based ordinal (as in ffmpeg's "0:a:N") of the audio stream with the highest mean volume
 // over its first seconds; 0 when there is at most one stream or nothing could be measured.

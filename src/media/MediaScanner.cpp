@@ -34,7 +34,7 @@ QByteArray MediaScanner::runQuery(const QString &executable, const QString &path
 {
     const QStringList arguments = QStringList{QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-of"), QStringLiteral("json")}
                                   + args + QStringList{path};
-    return runTool(executable, arguments, ToolOutput::Captured, standardError).standardOutput;
+    return runTool(executable, arguments, ToolOutput::Captured, standardError, probeTimeLimit).standardOutput;
 }
 
 std::optional<QString> MediaScanner::ffprobe(const QString &path, const QStringList &args) const

@@ -1,9 +1,11 @@
 #include "media/ToolRunner.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QThreadPool>
 #include <QtConcurrent/QtConcurrentRun>
+#include <algorithm>
 #include <atomic>
 
 namespace {
@@ -27,8 +29,9 @@ void take(QProcess &process, QProcess::ProcessChannel channel, ToolOutput mode, 
 }
 
 ToolRun runProcess(const QString &executable, const QStringList &arguments,
-                   ToolOutput standardOutput, ToolOutput standardError)
+                   ToolOutput standardOutput, ToolOutput standardError, std::chrono::milliseconds timeLimit)
 {
+    const QDeadlineTimer deadline(timeLimit);
     QProcess process;
     process.setProgram(executable);
     process.setArguments(arguments);
@@ -52,8 +55,18 @@ ToolRun runProcess(const QString &executable, const QStringList &arguments,
         take(process, QProcess::StandardOutput, standardOutput, run.standardOutput);
         take(process, QProcess::StandardError, standardError, run.standardError);
     };
-    while (!process.waitForFinished(drainIntervalMs) && process.state() != QProcess::NotRunning)
+    while (!process.waitForFinished(int(std::min<qint64>(drainIntervalMs, deadline.remainingTime())))
+           && process.state() != QProcess::NotRunning) {
         drain();
+        if (deadline.hasExpired()) {
+            process.kill();
+            process.waitForFinished(-1);
+            run.standardOutput.clear();
+            run.standardError.clear();
+            run.timedOut = true;
+            return run;
+        }
+    }
     drain();
     run.exitStatus = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return run;
@@ -62,12 +75,12 @@ ToolRun runProcess(const QString &executable, const QStringList &arguments,
 } // namespace
 
 ToolRun runTool(const QString &executable, const QStringList &arguments,
-                ToolOutput standardOutput, ToolOutput standardError)
+                ToolOutput standardOutput, ToolOutput standardError, std::chrono::milliseconds timeLimit)
 {
     QElapsedTimer timer;
     timer.start();
     runCount.fetch_add(1, std::memory_order_relaxed);
-    ToolRun run = runProcess(executable, arguments, standardOutput, standardError);
+    ToolRun run = runProcess(executable, arguments, standardOutput, standardError, timeLimit);
     insideNanoseconds.fetch_add(timer.nsecsElapsed(), std::memory_order_relaxed);
     return run;
 }
@@ -85,9 +98,9 @@ QThreadPool *toolThreadPool()
 }
 
 QFuture<ToolRun> runToolAsync(const QString &executable, const QStringList &arguments,
-                              ToolOutput standardOutput, ToolOutput standardError)
+                              ToolOutput standardOutput, ToolOutput standardError, std::chrono::milliseconds timeLimit)
 {
-    return QtConcurrent::run(toolThreadPool(), runTool, executable, arguments, standardOutput, standardError);
+    return QtConcurrent::run(toolThreadPool(), runTool, executable, arguments, standardOutput, standardError, timeLimit);
 }
 
 ToolRunStatistics toolRunStatistics()

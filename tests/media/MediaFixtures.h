@@ -29,7 +29,7 @@ inline QString ffmpeg() { return ToolLocations::platformDefault().existingFFmpeg
 inline bool make(const QString &path, const QStringList &arguments)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
-    const ToolRun run = runTool(ffmpeg(), QStringList{"-v", "error", "-y"} + arguments + QStringList{path}, ToolOutput::NullDevice, ToolOutput::Captured);
+    const ToolRun run = runTool(ffmpeg(), QStringList{"-v", "error", "-y"} + arguments + QStringList{path}, ToolOutput::NullDevice, ToolOutput::Captured, std::chrono::minutes(2));
     if (run.exitStatus != 0)
         qWarning().noquote() << "ffmpeg failed for" << path << run.standardError;
     return run.exitStatus == 0;

@@ -101,26 +101,32 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<ToolOutput>("out");
+        QTest::addColumn<int>("limitMs");
         QTest::addColumn<QString>("expected");
         const QStringList both{"/bin/sh", "-c", "printf 'to out'; printf 'to err' >&2; exit 3"};
-        QTest::newRow("both captured") << both << ToolOutput::Captured << "launched, exit 3, out [to out], err [to err]";
-        QTest::newRow("output to the null device") << both << ToolOutput::NullDevice << "launched, exit 3, out [], err [to err]";
+        const int ample = 60000;
+        QTest::newRow("both captured") << both << ToolOutput::Captured << ample << "launched, exit 3, out [to out], err [to err]";
+        QTest::newRow("output to the null device") << both << ToolOutput::NullDevice << ample << "launched, exit 3, out [], err [to err]";
         QTest::newRow("arguments pass unquoted") << QStringList{"/bin/sh", "-c", "printf '%s|' \"$@\"", "sh", "a b", "'c'", "$HOME", "*"}
-                                                 << ToolOutput::Captured << "launched, exit 0, out [a b|'c'|$HOME|*|], err []";
-        QTest::newRow("standard input is empty") << QStringList{"/bin/sh", "-c", "cat; echo done"} << ToolOutput::Captured << "launched, exit 0, out [done\n], err []";
-        QTest::newRow("crash") << QStringList{"/bin/sh", "-c", "kill -KILL $$"} << ToolOutput::Captured << "launched, exit -1, out [], err []";
-        QTest::newRow("missing") << QStringList{file("no-such-tool"), "-version"} << ToolOutput::Captured << "not launched, exit -1, out [], err []";
-        QTest::newRow("not executable") << QStringList{file("text.mov")} << ToolOutput::Captured << "not launched, exit -1, out [], err []";
+                                                 << ToolOutput::Captured << ample << "launched, exit 0, out [a b|'c'|$HOME|*|], err []";
+        QTest::newRow("standard input is empty") << QStringList{"/bin/sh", "-c", "cat; echo done"} << ToolOutput::Captured << ample << "launched, exit 0, out [done\n], err []";
+        QTest::newRow("crash") << QStringList{"/bin/sh", "-c", "kill -KILL $$"} << ToolOutput::Captured << ample << "launched, exit -1, out [], err []";
+        QTest::newRow("outlives its limit") << QStringList{"/bin/sh", "-c", "printf partial; printf partial >&2; exec sleep 600"}
+                                            << ToolOutput::Captured << 300 << "timed out, exit -1, out [], err []";
+        QTest::newRow("missing") << QStringList{file("no-such-tool"), "-version"} << ToolOutput::Captured << ample << "not launched, exit -1, out [], err []";
+        QTest::newRow("not executable") << QStringList{file("text.mov")} << ToolOutput::Captured << ample << "not launched, exit -1, out [], err []";
     }
 
     void runTool()
     {
         QFETCH(QStringList, arguments);
         QFETCH(ToolOutput, out);
+        QFETCH(int, limitMs);
         QFETCH(QString, expected);
         const ToolRunStatistics before = toolRunStatistics();
-        const ToolRun run = ::runTool(arguments.first(), arguments.mid(1), out, ToolOutput::Captured);
-        QCOMPARE(QStringLiteral("%1, exit %2, out [%3], err [%4]").arg(run.launched ? "launched" : "not launched").arg(run.exitStatus)
+        const ToolRun run = ::runTool(arguments.first(), arguments.mid(1), out, ToolOutput::Captured, std::chrono::milliseconds(limitMs));
+        const char *outcome = !run.launched ? "not launched" : run.timedOut ? "timed out" : "launched";
+        QCOMPARE(QStringLiteral("%1, exit %2, out [%3], err [%4]").arg(outcome).arg(run.exitStatus)
                      .arg(QString::fromUtf8(run.standardOutput), QString::fromUtf8(run.standardError)), expected);
         QCOMPARE(toolRunStatistics().runs - before.runs, 1);
         QCOMPARE(toolRunStatistics().launches - before.launches, run.launched ? 1 : 0);
@@ -130,10 +136,10 @@ private Q_SLOTS:
     {
         // Far more than a pipe holds, on both streams at once.
         const QStringList arguments = QStringList{"-loglevel", "debug"} + video("25") + QStringList{"-t", "8", "-vf", "showinfo", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"};
-        const ToolRun captured = ::runTool(ffmpeg(), arguments, ToolOutput::Captured, ToolOutput::Discarded);
+        const ToolRun captured = ::runTool(ffmpeg(), arguments, ToolOutput::Captured, ToolOutput::Discarded, std::chrono::minutes(2));
         QCOMPARE(captured.exitStatus, 0);
         QCOMPARE(captured.standardOutput.size(), 64 * 36 * 3 * 200);
-        const ToolRun discarded = ::runTool(ffmpeg(), arguments, ToolOutput::Discarded, ToolOutput::Captured);
+        const ToolRun discarded = ::runTool(ffmpeg(), arguments, ToolOutput::Discarded, ToolOutput::Captured, std::chrono::minutes(2));
         QCOMPARE(discarded.exitStatus, 0);
         QVERIFY(discarded.standardOutput.isEmpty() && discarded.standardError.size() > 65536);
     }
