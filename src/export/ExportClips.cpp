@@ -80,6 +80,15 @@ ClipSpan clipSpan(const MediaClip &clip, int rate)
     return span;
 }
 
+QList<ClipSpan> clipSpans(const QList<MediaClip> &clips, int rate)
+{
+    QList<ClipSpan> spans;
+    spans.reserve(clips.size());
+    for (const MediaClip *clip : clipsInTimecodeOrder(clips))
+        spans.append(clipSpan(*clip, rate));
+    return spans;
+}
+
 MarkerIndex::MarkerIndex(const QList<ShootMarker> &markers, int rate)
 {
     m_frames.reserve(markers.size());

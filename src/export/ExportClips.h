@@ -41,6 +41,9 @@ struct ClipSpan {
 
 ClipSpan clipSpan(const MediaClip &clip, int rate);
 
+// The clips as every export with clips lays them out: in timecode order, counted at `rate`.
+QList<ClipSpan> clipSpans(const QList<MediaClip> &clips, int rate);
+
 // The markers' in frames at one rate, sorted once, so that finding the markers inside every
 // clip costs a binary search per clip instead of a pass over all markers.
 class MarkerIndex
@@ -55,6 +58,8 @@ public:
 
     // Positions in the marker array, in array order, of the markers with start <= frame < end.
     QList<qsizetype> within(qint64 start, qint64 end) const;
+    // The markers a clip carries in the xmeml sequence: those inside its span.
+    QList<qsizetype> on(const ClipSpan &span) const { return within(span.start, span.end()); }
 
 private:
     QList<qint64> m_frames;

@@ -101,9 +101,7 @@ void appendAudioItem(XmemlText &text, const QString &n, int k, const QString &na
 QString sequenceWithClips(const ShootSession &session, int sourceTrack)
 {
     const int fps = session.fps;
-    QList<ClipSpan> spans;
-    for (const MediaClip *clip : clipsInTimecodeOrder(session.matchedClips))
-        spans.append(clipSpan(*clip, fps));
+    const QList<ClipSpan> spans = clipSpans(session.matchedClips, fps);
     const qint64 seqStart = spans.first().start;
     qint64 seqEnd = spans.first().end();
     for (const ClipSpan &span : spans)
@@ -135,7 +133,7 @@ QString sequenceWithClips(const ShootSession &session, int sourceTrack)
         video.clipItemOpening(4, u"clipitem-v"_s + n, name, span.frames, 0, span.frames, start,
                               Frames::add(start, span.frames));
         video.fileElement(6, u"file-"_s + n, name, span);
-        for (qsizetype m : frames.within(span.start, span.end())) {
+        for (qsizetype m : frames.on(span)) {
             const ShootMarker &marker = session.markers[m];
             const qint64 out = marker.timecodeOut ? Frames::subtract(tcToFrames(*marker.timecodeOut, fps), span.start) : -1;
             appendMarker(video, 2, marker, Frames::subtract(frames.frame(m), span.start), out);

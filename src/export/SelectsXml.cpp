@@ -42,9 +42,7 @@ QString generateSelectsXML(const ShootSession &session, const QSet<QString> &sel
                      [](const ShootMarker *a, const ShootMarker *b) { return a->createdAt < b->createdAt; });
 
     const int fps = session.fps;
-    QList<ClipSpan> spans;
-    for (const MediaClip *clip : clipsInTimecodeOrder(session.matchedClips))
-        spans.append(clipSpan(*clip, fps));
+    const QList<ClipSpan> spans = clipSpans(session.matchedClips, fps);
 
     // Places first, so the header can carry the final length and the items go straight into the
     // document without a second copy.

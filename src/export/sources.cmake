@@ -2,6 +2,7 @@ target_sources(vorlix_core PRIVATE
   export/TextCleaning.h export/TextCleaning.cpp
   export/MarkerTypes.h export/MarkerTypes.cpp
   export/ExportClips.h export/ExportClips.cpp
+  export/Preflight.h export/Preflight.cpp
   export/XmemlText.h export/XmemlText.cpp
   export/ResolveEdl.h export/ResolveEdl.cpp
   export/PremiereXml.h export/PremiereXml.cpp
