@@ -50,6 +50,8 @@ VORLIX_SETTER(setAppearance, m_appearance, appearanceChanged, const QString &)
 VORLIX_SETTER(setDefaultFps, m_defaultFps, defaultFpsChanged, int)
 VORLIX_SETTER(setShowSettings, m_showSettings, showSettingsChanged, bool)
 VORLIX_SETTER(setDeletedSessions, m_deletedSessions, deletedSessionsChanged, const QList<DeletedSessionInfo> &)
+VORLIX_SETTER(setSyncsRunning, m_syncsRunning, syncsRunningChanged, int)
+VORLIX_SETTER(setLastSynced, m_lastSynced, lastSyncedChanged, const QDateTime &)
 
 #undef VORLIX_SETTER
 
@@ -132,6 +134,7 @@ void AppState::signOut()
     setLoggedIn(false);
     setUserEmail(QString());
     setUserName(QString());
+    setLastSynced(QDateTime());
     m_preferences.remove(PreferenceKeys::email);
     m_preferences.remove(PreferenceKeys::name);
 }

@@ -4,6 +4,7 @@
 #include "model/MediaClip.h"
 #include "model/ShootSession.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QSet>
 #include <QStringList>
@@ -44,6 +45,10 @@ public:
     int defaultFps() const { return m_defaultFps; }
     bool showSettings() const { return m_showSettings; }
     const QList<DeletedSessionInfo> &deletedSessions() const { return m_deletedSessions; }
+    // Syncs started and not yet ended; they may overlap.
+    int syncsRunning() const { return m_syncsRunning; }
+    // When a sync's answer was last merged; invalid until one was since signing in.
+    const QDateTime &lastSynced() const { return m_lastSynced; }
     QSet<QString> deletedSessionIds() const;
 
     void setLoggedIn(bool value);
@@ -59,6 +64,8 @@ public:
     void setAppearance(const QString &value);
     void setDefaultFps(int value);
     void setShowSettings(bool value);
+    void setSyncsRunning(int value);
+    void setLastSynced(const QDateTime &value);
 
     void loadSettings();
     void saveSettings();
@@ -75,8 +82,8 @@ public:
 
     // A successful code check: remembers the user so the next start is signed in.
     void signIn(const QString &email, const QString &name);
-    // Clears the login and the stored e-mail and name; the caller deletes the credential and
-    // decides what else goes.
+    // Clears the login, the stored e-mail and name and the last sync's time; the caller deletes
+    // the credential and decides what else goes.
     void signOut();
 
 Q_SIGNALS:
@@ -94,6 +101,8 @@ Q_SIGNALS:
     void defaultFpsChanged();
     void showSettingsChanged();
     void deletedSessionsChanged();
+    void syncsRunningChanged();
+    void lastSyncedChanged();
 
 private:
     void loadDeletedSessions();
@@ -118,4 +127,6 @@ private:
     int m_defaultFps = 25;
     bool m_showSettings = false;
     QList<DeletedSessionInfo> m_deletedSessions;
+    int m_syncsRunning = 0;
+    QDateTime m_lastSynced;
 };

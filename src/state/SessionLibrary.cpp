@@ -49,6 +49,7 @@ void SessionLibrary::mergeFetched(const QList<ShootSession> &fetched)
     const QList<ShootSession> merged = merge(m_state.sessions(), fetched, m_state.deletedSessionIds());
     assignSessions(m_state.clips().isEmpty() ? merged : ClipMatcher::matchClipsToSessions(m_state.clips(), merged));
     refreshSelection();
+    m_state.setLastSynced(m_state.now());
 }
 
 void SessionLibrary::mergeScanned(const QList<MediaClip> &scanned, bool endsUserScan)

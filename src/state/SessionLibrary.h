@@ -19,7 +19,8 @@ class SessionLibrary
 public:
     explicit SessionLibrary(AppState &state);
 
-    // A sync's answer merged in (see merge), every session re-matched against the clips.
+    // A sync's answer merged in (see merge), every session re-matched against the clips; the
+    // state notes the time as the last successful sync.
     void mergeFetched(const QList<ShootSession> &fetched);
     // A scan's clips merged in by path, every session re-matched; `endsUserScan` ends the scan
     // the user started.

@@ -161,6 +161,8 @@ QWidget *LoginView::buildCard(const ServiceLinks &)
     m_errorLabel->setAlignment(Qt::AlignCenter);
     m_errorLabel->setWordWrap(true);
     m_errorLabel->setFixedWidth(300);
+    // Two lines are reserved whether or not an error shows, so the card keeps its place.
+    m_errorLabel->setMinimumHeight(2 * m_errorLabel->fontMetrics().lineSpacing());
     Theme::setTextColor(m_errorLabel, Theme::color(Theme::Colour::errorOnPicture));
     stack->addWidget(m_errorLabel, 0, Qt::AlignHCenter);
 
@@ -227,6 +229,9 @@ void LoginView::sendCode()
             m_codeSent = true;
         setError(error);
         setLoading(false);
+        // Hiding the address step would otherwise pass the focus on to the footer's links.
+        if (m_codeSent)
+            m_codeField->setFocus();
     });
 }
 
@@ -276,7 +281,6 @@ void LoginView::refresh()
     m_sendSpinner->setVisible(m_loading);
     m_loginSpinner->setVisible(m_loading);
     m_errorLabel->setText(m_error);
-    m_errorLabel->setVisible(!m_error.isEmpty());
     update();
 }
 

@@ -43,6 +43,48 @@ QString mediumDateFormat(const QLocale &locale)
     return format.trimmed();
 }
 
+RowDate::RowDate(const QLocale &locale) : m_locale(locale), m_format(mediumDateFormat(locale)) {}
+
+QString RowDate::text(const ShootSession &session) const
+{
+    return m_locale.toString(session.createdAt.toLocalTime().date(), m_format);
+}
+
+QList<DayGroup> filterGroups(const QList<DayGroup> &groups, const QString &text, const QLocale &locale)
+{
+    const QString needle = text.trimmed();
+    if (needle.isEmpty())
+        return groups;
+    const RowDate rowDate(locale);
+    QList<DayGroup> kept;
+    for (const DayGroup &group : groups) {
+        if (group.label.contains(needle, Qt::CaseInsensitive)) {
+            kept.append(group);
+            continue;
+        }
+        DayGroup matching{group.label, {}};
+        for (const ShootSession &session : group.sessions) {
+            if (session.title.contains(needle, Qt::CaseInsensitive) || rowDate.text(session).contains(needle, Qt::CaseInsensitive))
+                matching.sessions.append(session);
+        }
+        if (!matching.sessions.isEmpty())
+            kept.append(matching);
+    }
+    return kept;
+}
+
+QString syncStatusText(bool running, const QDateTime &lastSynced, const QDate &today, const QLocale &locale)
+{
+    if (running)
+        return QStringLiteral("Syncing…");
+    if (!lastSynced.isValid())
+        return QString();
+    const QDateTime local = lastSynced.toLocalTime();
+    if (local.date() == today)
+        return QStringLiteral("Synced %1").arg(locale.toString(local.time(), QLocale::ShortFormat));
+    return QStringLiteral("Synced %1").arg(locale.toString(local, QLocale::ShortFormat));
+}
+
 QString deleteAlertTitle(const QSet<QString> &selectedIds)
 {
     if (selectedIds.size() == 1)

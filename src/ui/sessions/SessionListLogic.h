@@ -22,6 +22,26 @@ QList<DayGroup> sessionsByDate(const QList<ShootSession> &sessions, const QDate 
 
 // The locale's date without weekday and with abbreviated month: 16 Nov 2026, Nov 16, 2026.
 QString mediumDateFormat(const QLocale &locale);
+// The date a session's row shows, the format worked out once for many rows.
+class RowDate
+{
+public:
+    explicit RowDate(const QLocale &locale);
+    QString text(const ShootSession &session) const;
+
+private:
+    QLocale m_locale;
+    QString m_format;
+};
+
+// The groups with the sessions whose title or row date contains `text`, ignoring case and the
+// blanks around it; a day whose label matches ("Today") keeps all its sessions, a day left empty
+// goes. Blank text filters nothing.
+QList<DayGroup> filterGroups(const QList<DayGroup> &groups, const QString &text, const QLocale &locale);
+
+// The sidebar's sync line: "Syncing…" while a sync runs, else "Synced" and the time of the last
+// success (with its date when that was not today), else nothing.
+QString syncStatusText(bool running, const QDateTime &lastSynced, const QDate &today, const QLocale &locale);
 
 QString deleteAlertTitle(const QSet<QString> &selectedIds);
 QString deleteAlertMessage(const QSet<QString> &selectedIds, const QList<ShootSession> &sessions);

@@ -2,19 +2,19 @@
 
 SessionListModel::SessionListModel(QObject *parent) : QAbstractListModel(parent) {}
 
-void SessionListModel::setGroups(const QList<SessionListLogic::DayGroup> &groups, const QString &emptyHint, const QLocale &locale)
+void SessionListModel::setGroups(const QList<SessionListLogic::DayGroup> &groups, const Placeholder &placeholder, const QLocale &locale)
 {
     QList<Row> rows;
     if (groups.isEmpty()) {
-        rows.append({RowKind::Header, QStringLiteral("Sessions"), {}, 0, 0, {}});
-        rows.append({RowKind::Placeholder, emptyHint, {}, 0, 0, {}});
+        rows.append({RowKind::Header, QStringLiteral("Sessions"), {}, 0, 0, {}, {}});
+        rows.append({RowKind::Placeholder, placeholder.text, {}, 0, 0, {}, placeholder.hint});
     }
-    const QString dateFormat = SessionListLogic::mediumDateFormat(locale);
+    const SessionListLogic::RowDate rowDate(locale);
     for (const SessionListLogic::DayGroup &group : groups) {
-        rows.append({RowKind::Header, group.label, {}, 0, 0, {}});
+        rows.append({RowKind::Header, group.label, {}, 0, 0, {}, {}});
         for (const ShootSession &session : group.sessions) {
             rows.append({RowKind::Session, session.title, session.id, int(session.markers.size()),
-                         int(session.matchedClips.size()), locale.toString(session.createdAt.toLocalTime().date(), dateFormat)});
+                         int(session.matchedClips.size()), rowDate.text(session), {}});
         }
     }
 
@@ -63,7 +63,7 @@ QVariant SessionListModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return row.kind == RowKind::Placeholder ? QStringLiteral("No sessions yet") : row.text;
+        return row.text;
     case KindRole:
         return int(row.kind);
     case SessionIdRole:
@@ -75,7 +75,7 @@ QVariant SessionListModel::data(const QModelIndex &index, int role) const
     case DateTextRole:
         return row.dateText;
     case HintRole:
-        return row.kind == RowKind::Placeholder ? row.text : QString();
+        return row.hint;
     default:
         return {};
     }

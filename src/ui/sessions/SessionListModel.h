@@ -22,9 +22,15 @@ public:
         HintRole,
     };
 
+    // What shows under the "Sessions" header when no group has a session.
+    struct Placeholder {
+        QString text;
+        QString hint;
+    };
+
     explicit SessionListModel(QObject *parent = nullptr);
 
-    void setGroups(const QList<SessionListLogic::DayGroup> &groups, const QString &emptyHint, const QLocale &locale);
+    void setGroups(const QList<SessionListLogic::DayGroup> &groups, const Placeholder &placeholder, const QLocale &locale);
 
     QModelIndex indexOfSession(const QString &id) const;
     RowKind kindAt(int row) const;
@@ -36,11 +42,12 @@ public:
 private:
     struct Row {
         RowKind kind;
-        QString text; // header label, session title, or the placeholder's hint
+        QString text; // header label, session title, or the placeholder's text
         QString sessionId;
         int markerCount = 0;
         int clipCount = 0;
         QString dateText;
+        QString hint;
     };
 
     QList<Row> m_rows;

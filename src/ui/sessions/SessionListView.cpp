@@ -3,6 +3,7 @@
 #include "platform/Desktop.h"
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
+#include "ui/sessions/SessionListBox.h"
 #include "ui/sessions/SessionListModel.h"
 #include "ui/sessions/SessionRowDelegate.h"
 #include "ui/settings/SettingsLogic.h"
@@ -16,9 +17,10 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QListView>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 using namespace SessionListLogic;
@@ -32,7 +34,7 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
 
     m_model = new SessionListModel(this);
     m_delegate = new SessionRowDelegate(this);
-    m_list = new QListView;
+    m_list = new SessionListBox;
     m_list->setObjectName(QStringLiteral("sessionList"));
     m_list->setModel(m_model);
     m_list->setItemDelegate(m_delegate);
@@ -49,8 +51,9 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     m_list->installEventFilter(this);
 
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 4, 0, 0);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(buildFilter());
     layout->addWidget(m_list, 1);
     const auto addDivider = [layout] {
         auto *divider = new QFrame;
@@ -63,15 +66,7 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     layout->addWidget(buildAccountSection());
 
     addDivider();
-
-    m_settingsButton = new QPushButton(QStringLiteral("Settings"));
-    m_settingsButton->setObjectName(QStringLiteral("settingsButton"));
-    m_settingsButton->setFlat(true);
-    m_settingsButton->setCursor(Qt::PointingHandCursor);
-    m_settingsButton->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
-    m_settingsButton->setIconSize(QSize(14, 14));
-    m_settingsButton->setStyleSheet(QStringLiteral("QPushButton { text-align: left; padding: 10px 20px; border: none; background: transparent; }"));
-    layout->addWidget(m_settingsButton);
+    layout->addWidget(buildBottomBar());
 
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SessionListView::onSelectionChanged);
     connect(m_list, &QListView::doubleClicked, this, [this](const QModelIndex &index) {
@@ -86,8 +81,57 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     m_refresh = new CoalescedRefresh(this, [this] { refresh(); });
     m_refresh->watch(&m_state, &AppState::sessionsChanged, &AppState::isScanningChanged, &AppState::scanProgressChanged,
                      &AppState::userNameChanged, &AppState::userEmailChanged, &AppState::showSettingsChanged,
-                     &AppState::appearanceChanged);
+                     &AppState::appearanceChanged, &AppState::syncsRunningChanged, &AppState::lastSyncedChanged);
+    m_refresh->watch(m_filter, &QLineEdit::textChanged);
     refresh();
+}
+
+QWidget *SessionListView::buildFilter()
+{
+    m_filter = new QLineEdit;
+    m_filter->setObjectName(QStringLiteral("sessionFilter"));
+    m_filter->setPlaceholderText(QStringLiteral("Filter"));
+    m_filter->setClearButtonEnabled(true);
+    m_filter->setFont(Theme::font(Theme::TextStyle::Body));
+    // A folder dropped on the window is for scanning, not a path to type.
+    m_filter->setAcceptDrops(false);
+    m_filter->installEventFilter(this);
+    auto *find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] {
+        m_filter->setFocus(Qt::ShortcutFocusReason);
+        m_filter->selectAll();
+    });
+
+    auto *box = new QWidget;
+    auto *layout = new QVBoxLayout(box);
+    layout->setContentsMargins(12, 10, 12, 4);
+    layout->addWidget(m_filter);
+    return box;
+}
+
+QWidget *SessionListView::buildBottomBar()
+{
+    m_settingsButton = new QPushButton(QStringLiteral("Settings"));
+    m_settingsButton->setObjectName(QStringLiteral("settingsButton"));
+    m_settingsButton->setFlat(true);
+    m_settingsButton->setCursor(Qt::PointingHandCursor);
+    m_settingsButton->setFont(Theme::font(Theme::TextStyle::Caption, QFont::Medium));
+    m_settingsButton->setIconSize(QSize(14, 14));
+    m_settingsButton->setStyleSheet(QStringLiteral("QPushButton { text-align: left; padding: 10px 20px; border: none; background: transparent; }"));
+
+    m_syncSpinner = new Spinner(11);
+    m_syncSpinner->setObjectName(QStringLiteral("syncSpinner"));
+    m_syncStatus = Theme::label(QString(), Theme::TextStyle::SmallCaption, true);
+    m_syncStatus->setObjectName(QStringLiteral("syncStatus"));
+
+    auto *bar = new QWidget;
+    auto *row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 16, 0);
+    row->setSpacing(6);
+    row->addWidget(m_settingsButton, 1);
+    row->addWidget(m_syncSpinner);
+    row->addWidget(m_syncStatus);
+    return bar;
 }
 
 QWidget *SessionListView::buildScanningSection()
@@ -146,11 +190,20 @@ QWidget *SessionListView::buildAccountSection()
 
 void SessionListView::refresh()
 {
+    const QDate today = m_state.now().toLocalTime().date();
+    const QList<DayGroup> groups = sessionsByDate(m_state.sessions(), today, locale());
+    const QList<DayGroup> shown = filterGroups(groups, m_filter->text(), locale());
+    const SessionListModel::Placeholder placeholder =
+        groups.isEmpty() ? SessionListModel::Placeholder{QStringLiteral("No sessions yet"), QStringLiteral("Sync your shoots from %1").arg(m_serviceHost)}
+                         : SessionListModel::Placeholder{QStringLiteral("No matching sessions"), QStringLiteral("Escape clears the filter")};
     m_applyingSelection = true;
-    m_model->setGroups(sessionsByDate(m_state.sessions(), m_state.now().toLocalTime().date(), locale()),
-                       QStringLiteral("Sync your shoots from %1").arg(m_serviceHost), locale());
+    m_model->setGroups(shown, placeholder, locale());
     applySelectionToView();
     m_applyingSelection = false;
+
+    const bool syncing = m_state.syncsRunning() > 0;
+    m_syncSpinner->setVisible(syncing);
+    m_syncStatus->setText(syncStatusText(syncing, m_state.lastSynced(), today, locale()));
 
     m_scanningSection->setVisible(m_state.isScanning());
     m_scanProgress->setText(m_state.scanProgress());
@@ -159,9 +212,14 @@ void SessionListView::refresh()
     findChild<QLabel *>(QStringLiteral("accountIcon"))
         ->setPixmap(Icons::pixmap(QStringLiteral("person.circle"), 22, palette().color(QPalette::PlaceholderText), devicePixelRatioF()));
 
-    const QColor settingsColor = m_state.showSettings() ? Theme::indigo() : palette().color(QPalette::PlaceholderText);
+    const QColor settingsColor = m_state.showSettings() ? Theme::indigoText() : palette().color(QPalette::PlaceholderText);
     Theme::setTextColor(m_settingsButton, settingsColor);
     m_settingsButton->setIcon(Icons::symbol(QStringLiteral("gearshape"), settingsColor));
+}
+
+QListView *SessionListView::listView() const
+{
+    return m_list;
 }
 
 void SessionListView::applySelectionToView()
@@ -285,10 +343,22 @@ void SessionListView::showContextMenu(const QPoint &position)
 
 bool SessionListView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_list && event->type() == QEvent::KeyPress && !m_editingSessionId) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (watched == m_filter && key == Qt::Key_Escape && !m_filter->text().isEmpty()) {
+        m_filter->clear();
+        return true;
+    }
+    if (watched == m_list && !m_editingSessionId) {
         if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
             requestDelete();
+            return true;
+        }
+        const QModelIndex current = m_list->currentIndex();
+        const bool renameKey = key == Qt::Key_F2 || key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (renameKey && m_selectedIds.size() == 1 && m_list->selectionModel()->isSelected(current)) {
+            startRename(current.data(SessionListModel::SessionIdRole).toString());
             return true;
         }
     }

@@ -9,14 +9,17 @@ class ElidedLabel;
 class Desktop;
 class ShellBackend;
 class QLabel;
+class QLineEdit;
 class QListView;
 class QPushButton;
+class SessionListBox;
 class SessionListModel;
 class SessionRowDelegate;
 class Spinner;
 
-// The sidebar: sessions by day with multiple selection, in-place rename and delete, the scan
-// progress while a scan runs, the account with sign-out, and the pinned settings button.
+// The sidebar: a filter over the sessions by day with multiple selection, in-place rename and
+// delete, the scan progress while a scan runs, the account with sign-out, and the pinned settings
+// button beside the sync line.
 class SessionListView : public QWidget
 {
     Q_OBJECT
@@ -37,7 +40,8 @@ public:
     void signOut();
     void toggleSettings();
 
-    QListView *listView() const { return m_list; }
+    QListView *listView() const;
+    QLineEdit *filterField() const { return m_filter; }
     SessionListModel *model() const { return m_model; }
     // Regroups and relayouts now, without waiting for the coalesced refresh.
     void refresh();
@@ -48,6 +52,8 @@ protected:
 private:
     QWidget *buildScanningSection();
     QWidget *buildAccountSection();
+    QWidget *buildFilter();
+    QWidget *buildBottomBar();
     void onSelectionChanged();
     void applySelectionToView();
     void deleteSelected();
@@ -63,7 +69,8 @@ private:
     bool m_applyingSelection = false;
 
     CoalescedRefresh *m_refresh = nullptr;
-    QListView *m_list = nullptr;
+    QLineEdit *m_filter = nullptr;
+    SessionListBox *m_list = nullptr;
     SessionListModel *m_model = nullptr;
     SessionRowDelegate *m_delegate = nullptr;
     QWidget *m_scanningSection = nullptr;
@@ -72,4 +79,6 @@ private:
     QLabel *m_userName = nullptr;
     QLabel *m_userEmail = nullptr;
     QPushButton *m_settingsButton = nullptr;
+    Spinner *m_syncSpinner = nullptr;
+    QLabel *m_syncStatus = nullptr;
 };

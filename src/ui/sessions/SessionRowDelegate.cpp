@@ -93,7 +93,7 @@ void SessionRowDelegate::paintSession(QPainter *painter, const QStyleOptionViewI
     const QColor indigo = Theme::indigo();
     QColor text = option.palette.color(QPalette::Text);
     QColor secondary = option.palette.color(QPalette::PlaceholderText);
-    QColor accent = Theme::isDark() ? indigo.lighter(135) : indigo;
+    QColor accent = Theme::indigoText();
 
     if (selected) {
         QPainterPath path;

@@ -1,4 +1,6 @@
 target_sources(vorlix_ui PRIVATE
+  ui/sessions/SessionListBox.cpp
+  ui/sessions/SessionListBox.h
   ui/sessions/SessionListLogic.cpp
   ui/sessions/SessionListLogic.h
   ui/sessions/SessionListModel.cpp

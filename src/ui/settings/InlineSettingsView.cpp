@@ -128,15 +128,14 @@ QWidget *InlineSettingsView::buildFolders()
     m_folderRows->setSpacing(0);
     rows->setFixedWidth(436);
 
-    auto *add = Theme::textButton(QStringLiteral("Add folder"), Theme::font(Theme::TextStyle::Caption, QFont::Medium), Theme::indigo());
-    add->setObjectName(QStringLiteral("addFolder"));
-    add->setIcon(Icons::symbol(QStringLiteral("plus"), Theme::indigo()));
-    add->setIconSize(QSize(13, 13));
-    add->setContentsMargins(0, 4, 0, 0);
-    connect(add, &QPushButton::clicked, this, [this] { SettingsActions::addFolder(m_state, m_desktop); });
+    m_addFolder = Theme::linkButton(QStringLiteral("Add folder"), Theme::font(Theme::TextStyle::Caption, QFont::Medium));
+    m_addFolder->setObjectName(QStringLiteral("addFolder"));
+    m_addFolder->setIconSize(QSize(13, 13));
+    m_addFolder->setContentsMargins(0, 4, 0, 0);
+    connect(m_addFolder, &QPushButton::clicked, this, [this] { SettingsActions::addFolder(m_state, m_desktop); });
 
     auto *note = Theme::label(QStringLiteral("Vorlix Sync scans these folders to match clips to your sessions."), Theme::TextStyle::Caption, true);
-    return column(8, {note, rows, add});
+    return column(8, {note, rows, m_addFolder});
 }
 
 QWidget *InlineSettingsView::buildAccount()
@@ -180,7 +179,7 @@ QWidget *InlineSettingsView::buildAbout(const ServiceLinks &links)
         {QStringLiteral("Terms"), links.terms},
     };
     for (const auto &[label, url] : targets) {
-        auto *link = Theme::textButton(label, Theme::font(Theme::TextStyle::Caption), Theme::indigo());
+        auto *link = Theme::linkButton(label, Theme::font(Theme::TextStyle::Caption));
         connect(link, &QPushButton::clicked, this, [this, url] { m_desktop.openUrl(url); });
         row->addWidget(link);
     }
@@ -192,6 +191,7 @@ void InlineSettingsView::refresh()
 {
     refreshFolders();
     refreshDeleted();
+    m_addFolder->setIcon(Icons::symbol(QStringLiteral("plus"), Theme::indigoText()));
     m_avatar->setText(SettingsLogic::initials(m_state.userName(), m_state.userEmail()));
     m_name->setText(SettingsLogic::displayName(m_state.userName()));
     m_email->setText(m_state.userEmail());
@@ -209,7 +209,7 @@ void InlineSettingsView::refreshFolders()
         m_folderRows->addWidget(none);
         return;
     }
-    const SettingsControls::FolderRowLook look{QStringLiteral("folder.fill"), Theme::indigo(), QStringLiteral("xmark.circle.fill"),
+    const SettingsControls::FolderRowLook look{QStringLiteral("folder.fill"), Theme::indigoText(), QStringLiteral("xmark.circle.fill"),
                                                palette().color(QPalette::PlaceholderText), QStringLiteral("removeFolder"), 4};
     for (const QString &path : m_state.footageFolders()) {
         QWidget *row = SettingsControls::folderRow(m_state, path, look);

@@ -9,6 +9,7 @@ class CoalescedRefresh;
 class Desktop;
 class ShellBackend;
 class QLabel;
+class QPushButton;
 class QVBoxLayout;
 
 // The complete settings screen in the main window's detail pane: appearance, editing defaults,
@@ -39,6 +40,7 @@ private:
 
     CoalescedRefresh *m_refresh = nullptr;
     QVBoxLayout *m_folderRows = nullptr;
+    QPushButton *m_addFolder = nullptr;
     QLabel *m_avatar = nullptr;
     QLabel *m_name = nullptr;
     QLabel *m_email = nullptr;

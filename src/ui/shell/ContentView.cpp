@@ -21,7 +21,11 @@ ContentView::ContentView(AppState &state, ShellBackend &backend, Desktop &deskto
     QMenu *appMenu = menuBar()->addMenu(QStringLiteral("Vorlix Sync"));
     QAction *settings = appMenu->addAction(QStringLiteral("Settings…"), this, &ContentView::openSettingsWindow);
     settings->setMenuRole(QAction::PreferencesRole);
-    settings->setShortcut(QKeySequence::Preferences);
+    // Qt names a preferences key only on macOS; elsewhere Ctrl+, is the common choice.
+    QList<QKeySequence> preferences = QKeySequence::keyBindings(QKeySequence::Preferences);
+    if (preferences.isEmpty())
+        preferences.append(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    settings->setShortcuts(preferences);
     appMenu->addSeparator();
     QAction *quit = appMenu->addAction(QStringLiteral("Quit Vorlix Sync"), qApp, &QApplication::quit);
     quit->setMenuRole(QAction::QuitRole);

@@ -7,6 +7,8 @@
 #include "state/SessionLibrary.h"
 #include "ui/detail/AnalysisState.h"
 
+#include <QPointer>
+
 ServiceShellBackend::ServiceShellBackend(AppState &state, APIService &api, FootageScanner &scanner, ToolLocations tools)
     : m_state(state), m_api(api), m_scanner(scanner), m_analysis(api, std::move(tools))
 {
@@ -39,7 +41,16 @@ QCoro::Task<> ServiceShellBackend::deleteCredential()
 
 void ServiceShellBackend::syncSessions()
 {
-    SessionSync::syncSessions(m_state, m_api);
+    countRunningSync(SessionSync::syncSessions(m_state, m_api));
+}
+
+QCoro::Task<> ServiceShellBackend::countRunningSync(QCoro::Task<> sync)
+{
+    const QPointer<AppState> state(&m_state);
+    m_state.setSyncsRunning(m_state.syncsRunning() + 1);
+    co_await std::move(sync);
+    if (state)
+        state->setSyncsRunning(state->syncsRunning() - 1);
 }
 
 void ServiceShellBackend::scanFootage(const QString &folder)

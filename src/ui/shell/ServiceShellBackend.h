@@ -24,6 +24,9 @@ public:
     QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) override;
 
 private:
+    // Shows `sync` as running in the state until it ends, whatever its outcome.
+    QCoro::Task<> countRunningSync(QCoro::Task<> sync);
+
     AppState &m_state;
     APIService &m_api;
     FootageScanner &m_scanner;

@@ -12,14 +12,34 @@
 #include "ui/shell/ShellBackend.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/Icons.h"
+#include "ui/widgets/Theme.h"
 
 #include <QAction>
+#include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QMimeData>
 #include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolBar>
+
+namespace {
+
+// The one local folder a drag carries, or nothing: files, several items and remote addresses are
+// not for scanning.
+QString droppedFolder(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.constFirst().isLocalFile())
+        return QString();
+    const QFileInfo folder(urls.constFirst().toLocalFile());
+    return folder.isDir() ? folder.absoluteFilePath() : QString();
+}
+
+} // namespace
 
 SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desktop, const ServiceLinks &links, ExportEnvironment exports,
                            QWidget *parent)
@@ -74,9 +94,47 @@ SignedInView::SignedInView(AppState &state, ShellBackend &backend, Desktop &desk
             syncSessions();
     });
 
+    setAcceptDrops(true);
+    m_dropHighlight = new QLabel(QStringLiteral("Drop the folder to scan its footage"), this);
+    m_dropHighlight->setObjectName(QStringLiteral("dropHighlight"));
+    m_dropHighlight->setAlignment(Qt::AlignCenter);
+    m_dropHighlight->setFont(Theme::font(Theme::TextStyle::Headline));
+    m_dropHighlight->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_dropHighlight->hide();
+
     m_refresh = new CoalescedRefresh(this, [this] { refresh(); });
     m_refresh->watch(&m_state, &AppState::showSettingsChanged, &AppState::selectedSessionChanged, &AppState::isScanningChanged);
     refresh();
+}
+
+void SignedInView::dragEnterEvent(QDragEnterEvent *event)
+{
+    // While a scan runs "Scan Footage" is off, and so is dropping.
+    if (m_state.isScanning() || droppedFolder(*event->mimeData()).isEmpty())
+        return;
+    event->acceptProposedAction();
+    m_dropHighlight->setStyleSheet(QStringLiteral("QLabel { background: %1; border: 2px solid %2; border-radius: 12px; color: %3; }")
+                                       .arg(Theme::css(Theme::Colour::indigo, 36), Theme::css(Theme::Colour::indigo),
+                                            Theme::css(Theme::indigoText())));
+    m_dropHighlight->setGeometry(rect().adjusted(8, 8, -8, -8));
+    m_dropHighlight->raise();
+    m_dropHighlight->show();
+}
+
+void SignedInView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    QWidget::dragLeaveEvent(event);
+    m_dropHighlight->hide();
+}
+
+void SignedInView::dropEvent(QDropEvent *event)
+{
+    m_dropHighlight->hide();
+    const QString folder = droppedFolder(*event->mimeData());
+    if (m_state.isScanning() || folder.isEmpty())
+        return;
+    event->acceptProposedAction();
+    m_backend.scanFootage(folder);
 }
 
 QWidget *SignedInView::currentDetail() const

@@ -16,11 +16,13 @@ class EmptyStateView;
 class SessionListView;
 class ShellBackend;
 class QAction;
+class QLabel;
 class QStackedWidget;
 class QToolBar;
 
 // The main window's content while signed in: the session list beside the detail pane, the
-// toolbar, and the triggers that keep the sessions current while it exists.
+// toolbar, and the triggers that keep the sessions current while it exists. A folder dropped on
+// it is scanned as if chosen with "Scan Footage".
 class SignedInView : public QWidget
 {
     Q_OBJECT
@@ -46,6 +48,9 @@ public:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void refresh();
@@ -65,4 +70,5 @@ private:
     InlineSettingsView *m_settings = nullptr;
     SessionDetailView *m_sessionDetail = nullptr;
     EmptyStateView *m_empty = nullptr;
+    QLabel *m_dropHighlight = nullptr;
 };

@@ -55,8 +55,10 @@ void WidgetDesktop::chooseFolder(const QString &message, std::function<void(cons
 
 void WidgetDesktop::confirm(const Confirmation &question, std::function<void()> onConfirmed)
 {
-    auto *box = new QMessageBox(QMessageBox::Warning, question.title, question.message, QMessageBox::NoButton, m_window);
+    // The question goes in the text too: most desktops show a dialog's title small or not at all.
+    auto *box = new QMessageBox(QMessageBox::Warning, question.title, question.title, QMessageBox::NoButton, m_window);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(question.message);
     QPushButton *confirmButton = box->addButton(question.confirmLabel, QMessageBox::DestructiveRole);
     QPushButton *cancelButton = box->addButton(QObject::tr("Cancel"), QMessageBox::RejectRole);
     box->setDefaultButton(cancelButton);

@@ -18,12 +18,12 @@ const QPalette &platformPalette()
 
 bool g_dark = false;
 
-void setAccent(QPalette &palette, const QColor &highlightedText)
+void setAccent(QPalette &palette, const QColor &highlightedText, const QColor &link)
 {
     palette.setColor(QPalette::Highlight, indigo());
     palette.setColor(QPalette::HighlightedText, highlightedText);
-    palette.setColor(QPalette::Link, indigo());
-    palette.setColor(QPalette::LinkVisited, indigo());
+    palette.setColor(QPalette::Link, link);
+    palette.setColor(QPalette::LinkVisited, link);
 }
 
 } // namespace
@@ -38,6 +38,11 @@ QColor color(Rgb rgb, qreal opacity)
 QColor indigo()
 {
     return color(Colour::indigo);
+}
+
+QColor indigoText()
+{
+    return color(g_dark ? Colour::indigoTextOnDark : Colour::indigo);
 }
 
 QColor destructive()
@@ -60,7 +65,7 @@ namespace {
 // The colours that set one palette apart from the other; everything else is shared.
 struct PaletteColours {
     QColor window, text, base, alternateBase, button, toolTipBase, placeholder;
-    QColor light, midlight, mid, dark, shadow, disabledText;
+    QColor light, midlight, mid, dark, shadow, disabledText, link;
 };
 
 QPalette fusionPalette(const PaletteColours &c)
@@ -84,7 +89,7 @@ QPalette fusionPalette(const PaletteColours &c)
     palette.setColor(QPalette::Shadow, c.shadow);
     for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, c.disabledText);
-    setAccent(palette, Qt::white);
+    setAccent(palette, Qt::white, c.link);
     return palette;
 }
 
@@ -104,7 +109,8 @@ QPalette lightPalette()
                           .mid = QColor(200, 200, 206),
                           .dark = QColor(160, 160, 168),
                           .shadow = QColor(120, 120, 128),
-                          .disabledText = QColor(170, 170, 176)});
+                          .disabledText = QColor(170, 170, 176),
+                          .link = color(Colour::indigo)});
 }
 
 QPalette darkPalette()
@@ -121,7 +127,8 @@ QPalette darkPalette()
                           .mid = QColor(46, 46, 52),
                           .dark = QColor(20, 20, 22),
                           .shadow = Qt::black,
-                          .disabledText = QColor(105, 105, 112)});
+                          .disabledText = QColor(105, 105, 112),
+                          .link = color(Colour::indigoTextOnDark)});
 }
 
 namespace {
@@ -137,13 +144,15 @@ QString styleSheetFor(const QPalette &palette)
     hover.setAlphaF(0.08);
     QColor handle = text;
     handle.setAlphaF(0.45);
+    // The toolbar's own rule goes by type: a toolbar sets its margins from the style sheet when
+    // it is made, before it has its name, and would grow at the first re-polish.
     return QStringLiteral(
                "QScrollBar:vertical { background: transparent; width: 10px; margin: 2px 2px 2px 0; }"
                "QScrollBar::handle:vertical { background: %1; border-radius: 3px; min-height: 32px; margin: 0 1px; }"
                "QScrollBar::handle:vertical:hover { background: %2; }"
                "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
                "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"
-               "QToolBar#mainToolbar { border: none; border-bottom: 1px solid %3; padding: 4px 8px; spacing: 4px; background: %4; }"
+               "QToolBar { border: none; border-bottom: 1px solid %3; padding: 4px 8px; spacing: 4px; background: %4; }"
                "QToolBar#mainToolbar QToolButton { padding: 4px 8px; border-radius: 6px; color: %5; }"
                "QToolBar#mainToolbar QToolButton:hover { background: %6; }"
                "QToolBar#mainToolbar QToolButton:disabled { color: %7; }"
@@ -232,6 +241,17 @@ QPushButton *textButton(const QString &text, const QFont &font, const QColor &co
     button->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; color: %1; text-align: left; }"
                                          "QPushButton:hover { color: %2; }")
                               .arg(color.name(QColor::HexArgb), (color.alphaF() < 1.0 ? hover : color.lighter(120)).name(QColor::HexArgb)));
+    return button;
+}
+
+QPushButton *linkButton(const QString &text, const QFont &font)
+{
+    auto *button = new QPushButton(text);
+    button->setFlat(true);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setFont(font);
+    button->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; padding: 0; color: palette(link); text-align: left; }"
+                                         "QPushButton:hover { text-decoration: underline; }"));
     return button;
 }
 
