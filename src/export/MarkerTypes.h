@@ -15,3 +15,6 @@ int markerTypeColorIndex(QStringView markerType);
 QString markerTypeOtioColor(QStringView markerType);
 // The DaVinci Resolve EDL marker colour; "ResolveColorBlue" for an unknown type.
 QString markerTypeResolveColor(QStringView markerType);
+// The Media Composer marker colour, one of its eight; "blue" for an unknown type. Purple and
+// orange have no Avid colour: they become magenta and yellow.
+QString markerTypeAvidColor(QStringView markerType);

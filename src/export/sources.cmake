@@ -9,4 +9,9 @@ target_sources(vorlix_core PRIVATE
   export/SelectsXml.h export/SelectsXml.cpp
   export/OtioTimeline.h export/OtioTimeline.cpp
   export/PremiereScript.h export/PremiereScript.cpp
-  export/EditorHandoff.h export/EditorHandoff.cpp)
+  export/EditorHandoff.h export/EditorHandoff.cpp
+  export/PlainLine.h export/PlainLine.cpp
+  export/FcpXml.h export/FcpXml.cpp
+  export/AvidMarkerList.h export/AvidMarkerList.cpp
+  export/CsvMarkerList.h export/CsvMarkerList.cpp
+  export/Subtitles.h export/Subtitles.cpp)
