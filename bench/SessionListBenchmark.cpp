@@ -22,6 +22,7 @@ public:
     QCoro::Task<> deleteCredential() override { co_return; }
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
+    void cancelScan() override {}
     void rescanSavedFolders() override {}
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
     QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }

@@ -52,51 +52,76 @@ std::optional<int> wholeNumber(const QJsonValue &value)
     return int(number);
 }
 
-} // namespace
-
-std::optional<QString> timecode(const QByteArray &json)
+// The format's tag first, else the first stream's in stream order.
+std::optional<QString> timecodeOf(const QJsonObject &root)
 {
-    const auto root = parseObject(json);
-    if (!root)
-        return std::nullopt;
-    if (auto found = tagTimecode(root->value(QLatin1String("format"))))
+    if (auto found = tagTimecode(root.value(QLatin1String("format"))))
         return found;
-    for (const QJsonValue &stream : streams(*root)) {
+    for (const QJsonValue &stream : streams(root)) {
         if (auto found = tagTimecode(stream))
             return found;
     }
     return std::nullopt;
 }
 
-std::optional<QString> formatTimecode(const QByteArray &json)
+double durationOf(const QJsonObject &root)
 {
-    const auto root = parseObject(json);
-    return root ? tagTimecode(root->value(QLatin1String("format"))) : std::nullopt;
-}
-
-double duration(const QByteArray &json)
-{
-    const auto root = parseObject(json);
-    if (!root)
-        return 0.0;
-    const QJsonValue value = root->value(QLatin1String("format")).toObject().value(QLatin1String("duration"));
+    const QJsonValue value = root.value(QLatin1String("format")).toObject().value(QLatin1String("duration"));
     if (!value.isString())
         return 0.0;
     return parseStrictDecimal(value.toString()).value_or(0.0);
 }
 
+Resolution resolutionOf(const QJsonObject &stream)
+{
+    return {wholeNumber(stream.value(QLatin1String("width"))), wholeNumber(stream.value(QLatin1String("height")))};
+}
+
+std::optional<int> fpsOf(const QJsonObject &stream)
+{
+    const QJsonValue rate = stream.value(QLatin1String("r_frame_rate"));
+    if (!rate.isString())
+        return std::nullopt;
+    return frameRate(rate.toString());
+}
+
+} // namespace
+
+std::optional<QString> timecode(const QByteArray &json)
+{
+    const auto root = parseObject(json);
+    return root ? timecodeOf(*root) : std::nullopt;
+}
+
+double duration(const QByteArray &json)
+{
+    const auto root = parseObject(json);
+    return root ? durationOf(*root) : 0.0;
+}
+
 Resolution resolution(const QByteArray &json)
 {
-    const QJsonObject stream = firstStream(json);
-    return {wholeNumber(stream.value(QLatin1String("width"))), wholeNumber(stream.value(QLatin1String("height")))};
+    return resolutionOf(firstStream(json));
 }
 
 std::optional<int> fps(const QByteArray &json)
 {
-    const QJsonValue rate = firstStream(json).value(QLatin1String("r_frame_rate"));
-    if (!rate.isString())
-        return std::nullopt;
-    return frameRate(rate.toString());
+    return fpsOf(firstStream(json));
+}
+
+Reading reading(const QByteArray &json)
+{
+    const auto root = parseObject(json);
+    if (!root)
+        return {};
+    QJsonObject video;
+    for (const QJsonValue &stream : streams(*root)) {
+        if (stream.toObject().value(QLatin1String("codec_type")) == QLatin1String("video")) {
+            video = stream.toObject();
+            break;
+        }
+    }
+    return {timecodeOf(*root), durationOf(*root), resolutionOf(video), fpsOf(video)};
 }
 
 std::optional<int> frameRate(QStringView rate)

@@ -44,6 +44,7 @@ VORLIX_SETTER(setSelectedSession, m_selectedSession, selectedSessionChanged, con
 VORLIX_SETTER(setClips, m_clips, clipsChanged, const QList<MediaClip> &)
 VORLIX_SETTER(setScanning, m_isScanning, isScanningChanged, bool)
 VORLIX_SETTER(setScanProgress, m_scanProgress, scanProgressChanged, const QString &)
+VORLIX_SETTER(setUnreadableFootage, m_unreadableFootage, unreadableFootageChanged, const QStringList &)
 VORLIX_SETTER(setFootageFolders, m_footageFolders, footageFoldersChanged, const QStringList &)
 VORLIX_SETTER(setPreferredNLE, m_preferredNLE, preferredNLEChanged, const QString &)
 VORLIX_SETTER(setAppearance, m_appearance, appearanceChanged, const QString &)

@@ -39,6 +39,8 @@ public:
     const QList<MediaClip> &clips() const { return m_clips; }
     bool isScanning() const { return m_isScanning; }
     const QString &scanProgress() const { return m_scanProgress; }
+    // The files the latest scans of their folders could not read, until the user dismisses them.
+    const QStringList &unreadableFootage() const { return m_unreadableFootage; }
     const QStringList &footageFolders() const { return m_footageFolders; }
     const QString &preferredNLE() const { return m_preferredNLE; }
     const QString &appearance() const { return m_appearance; }
@@ -59,6 +61,7 @@ public:
     void setClips(const QList<MediaClip> &value);
     void setScanning(bool value);
     void setScanProgress(const QString &value);
+    void setUnreadableFootage(const QStringList &value);
     void setFootageFolders(const QStringList &value);
     void setPreferredNLE(const QString &value);
     void setAppearance(const QString &value);
@@ -95,6 +98,7 @@ Q_SIGNALS:
     void clipsChanged();
     void isScanningChanged();
     void scanProgressChanged();
+    void unreadableFootageChanged();
     void footageFoldersChanged();
     void preferredNLEChanged();
     void appearanceChanged();
@@ -121,6 +125,7 @@ private:
     QList<MediaClip> m_clips;
     bool m_isScanning = false;
     QString m_scanProgress;
+    QStringList m_unreadableFootage;
     QStringList m_footageFolders;
     QString m_preferredNLE = QStringLiteral("resolve");
     QString m_appearance = QStringLiteral("system");

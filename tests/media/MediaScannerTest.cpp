@@ -2,6 +2,7 @@
 #include "support/TestData.h"
 
 #include "media/MediaScanner.h"
+#include "model/RecordJson.h"
 
 #include <QTemporaryDir>
 
@@ -32,6 +33,10 @@ private Q_SLOTS:
         // QuickTime keeps its timecode on the video and timecode tracks, never on the format.
         QVERIFY(make(file("quicktime.mov"), video("25") + tone(1) + oneSecond + QStringList{"-timecode", "10:00:00:00"}));
         QVERIFY(make(file("audio-only.mp4"), tone(1) + oneSecond));
+        QVERIFY(make(file("23.976.mp4"), video("24000/1001") + oneSecond));
+        QVERIFY(make(file("50p.mov"), video("50") + oneSecond + QStringList{"-timecode", "23:59:59:49"}));
+        QVERIFY(make(file("video-second.mov"), tone(1) + video("25") + oneSecond + QStringList{"-map", "0:a", "-map", "1:v"}));
+        QVERIFY(make(file("no-streams.mov"), tone(1) + QStringList{"-t", "0", "-f", "ffmetadata"}));
         QVERIFY(writeText(file("text.mov"), "not a movie\n"));
     }
 
@@ -43,7 +48,11 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const QByteArray json = input.toUtf8();
         const FFprobeOutput::Resolution size = FFprobeOutput::resolution(json);
-        const QStringList readings{caseText(FFprobeOutput::timecode(json)), caseText(FFprobeOutput::formatTimecode(json)),
+        const FFprobeOutput::Reading reading = FFprobeOutput::reading(json);
+        QCOMPARE(reading.timecode, FFprobeOutput::timecode(json));
+        QCOMPARE(reading.duration, FFprobeOutput::duration(json));
+        const QString video = caseText(reading.resolution.width) + u'x' + caseText(reading.resolution.height) + u'@' + caseText(reading.fps);
+        const QStringList readings{caseText(FFprobeOutput::timecode(json)), video,
                                    caseText(std::optional(FFprobeOutput::duration(json))), caseText(size.width), caseText(size.height),
                                    caseText(FFprobeOutput::fps(json)), caseText(FFprobeOutput::firstStreamWithChannels(json))};
         QCOMPARE(readings.join(u", "), expected);
@@ -53,26 +62,38 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("expected");
-        QTest::addColumn<OptionalText>("fileTimecode");
-        QTest::newRow("format and stream timecode") << "format-and-stream.mov" << "tc 06:00:00:00, fps 25, 64x36, 1 s" << OptionalText("06:00:00:00");
-        QTest::newRow("timecode on the second stream") << "second-stream.mov" << "tc 07:00:00:00, fps 25, 64x36, 1 s" << OptionalText();
-        QTest::newRow("format timecode, 29.97") << "format-only.mxf" << "tc 01:00:00:00, fps 30, 64x36, 1 s" << OptionalText("01:00:00:00");
-        QTest::newRow("QuickTime timecode track") << "quicktime.mov" << "tc 10:00:00:00, fps 25, 64x36, 1 s" << OptionalText();
-        QTest::newRow("no video") << "audio-only.mp4" << "1 s" << OptionalText();
-        QTest::newRow("not media") << "text.mov" << "0 s" << OptionalText();
+        QTest::newRow("format and stream timecode") << "format-and-stream.mov" << "tc 06:00:00:00, fps 25, 64x36, 1 s";
+        QTest::newRow("timecode on the second stream") << "second-stream.mov" << "tc 07:00:00:00, fps 25, 64x36, 1 s";
+        QTest::newRow("format timecode, 29.97") << "format-only.mxf" << "tc 01:00:00:00, fps 30, 64x36, 1 s";
+        QTest::newRow("QuickTime timecode track") << "quicktime.mov" << "tc 10:00:00:00, fps 25, 64x36, 1 s";
+        QTest::newRow("23.976") << "23.976.mp4" << "fps 24, 64x36, 1 s";
+        QTest::newRow("50p") << "50p.mov" << "tc 23:59:59:49, fps 50, 64x36, 1 s";
+        QTest::newRow("video after audio") << "video-second.mov" << "fps 25, 64x36, 1 s";
+        QTest::newRow("no video") << "audio-only.mp4" << "1 s";
+        QTest::newRow("no streams") << "no-streams.mov" << "0 s";
+        QTest::newRow("not media") << "text.mov" << "0 s";
     }
 
+    // One launch reads what the four or five separate probes read, and the analysis' timecode
+    // follows the same rule.
     void probeRealFiles()
     {
         QFETCH(QString, name);
         QFETCH(QString, expected);
-        QFETCH(OptionalText, fileTimecode);
-        const MediaClip clip = m_scanner.probeClip(file(name));
+        const ToolRunStatistics before = toolRunStatistics();
+        MediaClip clip = m_scanner.probeClip(file(name));
+        QCOMPARE(toolRunStatistics().launches - before.launches, 1);
         QCOMPARE(facts(clip), expected);
         QCOMPARE(QStringList({clip.path, clip.filename}), QStringList({file(name), name}));
         QVERIFY2(clip.id.size() == 36 && clip.id == clip.id.toUpper(), qPrintable(clip.id));
         QCOMPARE(clip.recordingDate, QFileInfo(file(name)).lastModified());
-        QCOMPARE(m_scanner.getFileTimecode(file(name)), fileTimecode);
+        QCOMPARE(m_scanner.getFileTimecode(file(name)), clip.timecode);
+
+        const MediaClip separately = m_scanner.probeClipSeparately(file(name));
+        QCOMPARE_GE(toolRunStatistics().launches - before.launches, 1 + 4 + 1);
+        QVERIFY(separately.id != clip.id);
+        clip.id = separately.id;
+        QCOMPARE(RecordJson::toJson(clip), RecordJson::toJson(separately));
     }
 
     // The first candidate that exists, in the list's order; with none, the fall-back name. The
@@ -90,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(scanner.getFileTimecode(file("format-only.mxf")), OptionalText());
         QCOMPARE(toolRunStatistics().runs, before.runs);
         const MediaClip clip = scanner.probeClip(file("format-only.mxf"));
-        QCOMPARE(toolRunStatistics().runs - before.runs, 5); // both timecode queries, duration, size, rate
+        QCOMPARE(toolRunStatistics().runs - before.runs, 1);
         QCOMPARE(toolRunStatistics().launches, before.launches);
         QCOMPARE(facts(clip), QStringLiteral("0 s"));
         QVERIFY(clip.recordingDate);

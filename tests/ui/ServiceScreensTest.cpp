@@ -104,7 +104,7 @@ private Q_SLOTS:
         m_shell = std::make_unique<ShellFixture>();
         ToolLocations tools = ToolLocations::platformDefault();
         tools.temporaryDirectory = m_scratch.path();
-        m_scanner = std::make_unique<FootageScanner>(m_shell->state, tools);
+        m_scanner = std::make_unique<FootageScanner>(m_shell->state, tools, ScanOptions{2, QString()});
         m_backend = std::make_unique<ServiceShellBackend>(m_shell->state, *m_api, *m_scanner, tools);
         m_shell->open(*m_backend, QUrl(m_api->baseURL()));
     }

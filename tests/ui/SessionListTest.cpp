@@ -42,6 +42,7 @@ public:
     }
     void syncSessions() override { calls.append("sync"); }
     void scanFootage(const QString &folder) override { calls.append("scan " + folder); }
+    void cancelScan() override { calls.append("cancel scan"); }
     void rescanSavedFolders() override { calls.append("rescan"); }
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return QList<TranscriptSegment>{}; }
     QCoro::Task<> runAnalysis(ShootSession, QList<QUrl>, AnalysisState &) override { co_return; }

@@ -37,6 +37,7 @@ public:
     QCoro::Task<> deleteCredential() override { co_return; }
     void syncSessions() override {}
     void scanFootage(const QString &) override {}
+    void cancelScan() override {}
     void rescanSavedFolders() override {}
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString) override { co_return sampleTranscript(); }
     // A run caught on its last file: two result lines and the progress of the third.

@@ -58,6 +58,11 @@ void ServiceShellBackend::scanFootage(const QString &folder)
     m_scanner.scanFootage(folder);
 }
 
+void ServiceShellBackend::cancelScan()
+{
+    m_scanner.cancelUserScan();
+}
+
 void ServiceShellBackend::rescanSavedFolders()
 {
     m_scanner.rescanSavedFolders();

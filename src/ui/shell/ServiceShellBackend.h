@@ -19,6 +19,7 @@ public:
     QCoro::Task<> deleteCredential() override;
     void syncSessions() override;
     void scanFootage(const QString &folder) override;
+    void cancelScan() override;
     void rescanSavedFolders() override;
     QCoro::Task<QList<TranscriptSegment>> fetchTranscript(QString shareToken) override;
     QCoro::Task<> runAnalysis(ShootSession session, QList<QUrl> files, AnalysisState &analysis) override;

@@ -38,6 +38,8 @@ public:
     virtual void syncSessions() = 0;
     // A folder the user chose: it joins the saved folders and AppState shows the scan running.
     virtual void scanFootage(const QString &folder) = 0;
+    // Stops the user's scan from starting further files; what it read is still merged.
+    virtual void cancelScan() = 0;
     // One quiet scan per saved folder, all at once.
     virtual void rescanSavedFolders() = 0;
     // The service's transcript of a session; a failure is thrown.

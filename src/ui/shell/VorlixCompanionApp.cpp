@@ -54,7 +54,7 @@ VorlixCompanionApp::VorlixCompanionApp(const Options &options, QObject *parent) 
     m_api = std::make_unique<APIService>(options.serviceUrl.toString(QUrl::StripTrailingSlash),
                                          CredentialStore(QStringLiteral("io.vorlix.sync"), account));
     const ToolLocations tools = ToolLocations::platformDefault();
-    m_scanner = std::make_unique<FootageScanner>(*m_state, tools);
+    m_scanner = std::make_unique<FootageScanner>(*m_state, tools, ScanOptions::platformDefault());
     m_backend = std::make_unique<ServiceShellBackend>(*m_state, *m_api, *m_scanner, tools);
     ExportEnvironment exports{std::make_shared<ProcessWorkspace>(), QDir::tempPath(), EditorLocations::forThisPlatform(), tools};
     m_window = std::make_unique<ContentView>(*m_state, *m_backend, *m_desktop, ServiceLinks::forBaseUrl(options.serviceUrl), std::move(exports));
