@@ -79,7 +79,7 @@ void BM_SelectsXML(benchmark::State &state)
         grades.insert(marker.id, QStringLiteral("A"));
     }
     for (auto _ : state)
-        benchmark::DoNotOptimize(generateSelectsXML(shoot(), picked, grades));
+        benchmark::DoNotOptimize(generateSelectsXML(shoot(), picked, grades, {}));
 }
 
 void BM_OTIO(benchmark::State &state)

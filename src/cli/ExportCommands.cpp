@@ -2,11 +2,14 @@
 #include "cli/CliIo.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereScript.h"
+#include "export/Preflight.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
 #include "model/RecordJson.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -17,6 +20,10 @@ const QCommandLineOption sessionOption("session"_L1, "Session JSON file."_L1, "F
 const QCommandLineOption outputOption({"o"_L1, "output"_L1}, "Write the document to OUT instead of stdout."_L1, "OUT"_L1);
 const QCommandLineOption selectOption("select"_L1, "A picked marker id, optionally with its grade; repeatable."_L1,
                                       "ID[=GRADE]"_L1);
+const QCommandLineOption transcriptOption("transcript"_L1,
+                                          "Transcript JSON (as `transcript TOKEN` prints it) the picks were made in; "
+                                          "default: the session's own."_L1,
+                                          "FILE"_L1);
 const QCommandLineOption xmlPathOption("xml-path"_L1, "Path of the marker XML the script imports."_L1, "PATH"_L1);
 
 std::optional<ShootSession> readSession(const CliContext &context, const QCommandLineParser &parser, int *status)
@@ -51,7 +58,25 @@ auto sessionDocument(Generator generate)
     };
 }
 
-QString selects(const CliContext &, const ShootSession &session, const QCommandLineParser &parser)
+// The utterances the picks were made in: those of the --transcript file, else the session's own.
+std::optional<QList<TranscriptSegment>> readUtterances(const CliContext &context, const QCommandLineParser &parser,
+                                                       const ShootSession &session, int *status)
+{
+    if (!parser.isSet(transcriptOption))
+        return session.transcriptSegments;
+    QString error;
+    const QString path = parser.value(transcriptOption);
+    const auto json = CliIo::readJsonFile(path, &error);
+    std::optional<QList<TranscriptSegment>> utterances;
+    if (json)
+        utterances = RecordJson::segmentsFromJson(*json, &error);
+    if (!utterances)
+        *status = context.fail(json ? "%1: not a transcript: %2"_L1.arg(path, error) : error);
+    return utterances;
+}
+
+QByteArray selectsDocument(const ShootSession &session, const QList<TranscriptSegment> &utterances,
+                           const QCommandLineParser &parser)
 {
     QSet<QString> ids;
     QHash<QString, QString> grades;
@@ -62,7 +87,38 @@ QString selects(const CliContext &, const ShootSession &session, const QCommandL
         if (equals >= 0)
             grades.insert(id, value.mid(equals + 1));
     }
-    return generateSelectsXML(session, ids, grades);
+    return generateSelectsXML(session, ids, grades, utterances).toUtf8();
+}
+
+QCoro::Task<int> selects(const CliContext &context, const QCommandLineParser &parser)
+{
+    int status = 0;
+    const auto session = readSession(context, parser, &status);
+    if (!session)
+        co_return status;
+    const auto utterances = readUtterances(context, parser, *session, &status);
+    if (!utterances)
+        co_return status;
+    co_return CliIo::emitDocument(selectsDocument(*session, *utterances, parser), parser.value(outputOption));
+}
+
+QJsonObject preflightJson(const Preflight &result)
+{
+    return {{"markers"_L1, result.markers},
+            {"markersOnFootage"_L1, int(result.markersOnFootage.size())},
+            {"markersOffFootage"_L1, QJsonArray::fromStringList(result.markersOffFootage)},
+            {"clipsWithoutTimecode"_L1, QJsonArray::fromStringList(result.clipsWithoutTimecode)},
+            {"clipsWithOtherFps"_L1, QJsonArray::fromStringList(result.clipsWithOtherFps)}};
+}
+
+QCoro::Task<int> check(const CliContext &context, const QCommandLineParser &parser)
+{
+    int status = 0;
+    const auto session = readSession(context, parser, &status);
+    if (!session)
+        co_return status;
+    CliIo::printJson(preflightJson(preflight(*session)));
+    co_return 0;
 }
 
 QCoro::Task<int> script(const CliContext &, const QCommandLineParser &parser)
@@ -91,11 +147,14 @@ QList<CliCommand> exportCommands()
                        }),
         sessionCommand("otio"_L1, "Print the OpenTimelineIO timeline for DaVinci Resolve."_L1,
                        [](const CliContext &, const ShootSession &session, const QCommandLineParser &) { return generateOTIO(session); }),
-        {"export selects"_L1, "--session FILE --select ID[=GRADE] ... [-o OUT]"_L1,
-         "Print the xmeml selects sequence of the picked markers (empty when none is in the session)."_L1,
-         {sessionOption, selectOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, sessionDocument(selects)},
+        {"export selects"_L1, "--session FILE --select ID[=GRADE] ... [--transcript FILE] [-o OUT]"_L1,
+         "Print the xmeml selects sequence of the picked markers and utterances (empty when none is picked)."_L1,
+         {sessionOption, selectOption, transcriptOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, selects},
         {"export jsx"_L1, "--xml-path PATH [-o OUT]"_L1,
          "Print the Premiere Pro script that imports the marker XML at PATH and colours its markers."_L1,
          {xmlPathOption, outputOption}, {}, {"xml-path"_L1}, 0, script},
+        {"check"_L1, "--session FILE"_L1,
+         "Print as JSON which markers land on matched footage and which clips lack timecode or run at another rate."_L1,
+         {sessionOption}, {}, {"session"_L1}, 0, check},
     };
 }

@@ -24,7 +24,7 @@ QString Preflight::summary() const
     if (!markersOffFootage.isEmpty()) {
         const qsizetype on = markersOnFootage.size();
         parts.append(QString::number(on) + u" of "_s + QString::number(markers)
-                     + (markers == 1 ? u" marker"_s : u" markers"_s) + (on == 1 ? u" is"_s : u" are"_s)
+                     + (markers == 1 ? u" marker"_s : u" markers"_s) + (on == 1 || markers == 1 ? u" is"_s : u" are"_s)
                      + u" on matched footage"_s);
     }
     if (!clipsWithoutTimecode.isEmpty())

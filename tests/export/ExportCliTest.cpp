@@ -24,6 +24,8 @@ class ExportCliTest : public QObject
     const QString m_sessionPath = m_data + u"cli-session.json"_s;
     ShootSession m_session;
 
+    static QString golden(const QString &name) { return QString::fromUtf8(readTestData(u"export/"_s + name)); }
+
     static QStringList exportSession(const QString &format, const QString &session, const QStringList &more = {})
     {
         return QStringList{u"export"_s, format, u"--session"_s, session} + more;
@@ -55,7 +57,16 @@ private Q_SLOTS:
                              << generatePremiereXML(m_session, premiereSourceTrack(m_session, ToolLocations::platformDefault())) << QString();
         QTest::newRow("otio") << exportSession(u"otio"_s, m_sessionPath) << 0 << generateOTIO(m_session) << QString();
         QTest::newRow("selects") << exportSession(u"selects"_s, m_sessionPath, picks) << 0
-                                 << generateSelectsXML(m_session, {u"m0"_s, u"m1"_s, u"nobody"_s}, {{u"m1"_s, u"A"_s}}) << QString();
+                                 << generateSelectsXML(m_session, {u"m0"_s, u"m1"_s, u"nobody"_s}, {{u"m1"_s, u"A"_s}}, m_session.transcriptSegments) << QString();
+        const QString transcript = m_data + u"cli-transcript.json"_s;
+        const QStringList utterancePicks{u"--select"_s, u"t1=B"_s, u"--select"_s, u"t2"_s, u"--select"_s, u"m0"_s};
+        QTest::newRow("selects, session's transcript") << exportSession(u"selects"_s, m_sessionPath, utterancePicks) << 0
+                                                       << golden(u"selects-session-transcript.xml"_s) << QString();
+        QTest::newRow("selects --transcript") << exportSession(u"selects"_s, m_sessionPath, utterancePicks + QStringList{u"--transcript"_s, transcript})
+                                              << 0 << golden(u"selects-transcript-file.xml"_s) << QString();
+        QTest::newRow("not a transcript") << exportSession(u"selects"_s, m_sessionPath, picks + QStringList{u"--transcript"_s, notSession})
+                                          << 1 << QString() << notSession + u": not a transcript: "_s;
+        QTest::newRow("check") << QStringList{u"check"_s, u"--session"_s, m_sessionPath} << 0 << golden(u"check.json"_s) << QString();
         QTest::newRow("jsx") << QStringList{u"export"_s, u"jsx"_s, u"--xml-path"_s, jsxPath} << 0 << premiereScript(jsxPath) << QString();
         QTest::newRow("missing file") << exportSession(u"edl"_s, missing) << 1 << QString() << missing;
         QTest::newRow("invalid json") << exportSession(u"xml"_s, broken) << 1 << QString() << broken + u": not valid JSON"_s;

@@ -4,6 +4,7 @@
 
 #include "export/EditorHandoff.h"
 #include "export/OtioTimeline.h"
+#include "export/Preflight.h"
 #include "export/PremiereScript.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
@@ -70,7 +71,21 @@ private Q_SLOTS:
             {.id = "c"_L1, .markerType = "log"_L1, .timecode = "11:00:10:00"_L1, .timecodeOut = "11:00:12:00"_L1, .createdAt = at(5)},
             {.id = "d"_L1, .markerType = "log"_L1, .timecode = "10:00:05:00"_L1},
         }, {clip("/f/C2.mov"_L1, "11:00:00:00"_L1, 30.5), clip("/f/C1.mov"_L1, "10:00:00:00"_L1, 60.0, 1280, 720)}),
-            {"a"_L1, "b"_L1, "c"_L1, "zzz"_L1}, {{"a"_L1, "A"_L1}, {"c"_L1, "B"_L1}, {"d"_L1, "C"_L1}}) << u"selects.xml"_s;
+            {"a"_L1, "b"_L1, "c"_L1, "zzz"_L1}, {{"a"_L1, "A"_L1}, {"c"_L1, "B"_L1}, {"d"_L1, "C"_L1}}, {}) << u"selects.xml"_s;
+
+        // Utterance picks follow the marker pick in transcript order; "a" names a marker and an
+        // utterance and stays a marker pick; "u4" falls on no clip but keeps its number.
+        const auto said = [](const char *id, const char *text, const char *timecode) {
+            return TranscriptSegment{.id = QString::fromLatin1(id), .speaker = "S1"_L1, .text = QString::fromUtf8(text),
+                                     .timecode = QString::fromLatin1(timecode)};
+        };
+        QTest::newRow("selects with utterances") << generateSelectsXML(session("Day 2"_L1, {
+            {.id = "a"_L1, .markerType = "log"_L1, .timecode = "10:00:20:00"_L1, .summary = "Marker"_L1},
+        }, {clip("/f/C1.mov"_L1, "10:00:00:00"_L1, 60.0)}),
+            {"a"_L1, "u1"_L1, "u2"_L1, "u4"_L1, "u5"_L1, "zzz"_L1}, {{"u1"_L1, "A"_L1}, {"u5"_L1, "C"_L1}},
+            {said("u1", "Runs to the next one & <on>", "10:00:02:00"), said("u2", "Next starts earlier", "10:00:07:00"),
+             said("u3", "Not picked", "10:00:05:00"), said("a", "Same id as the marker", "10:00:40:00"),
+             said("u4", "Off the clip", "11:00:00:00"), said("u5", "Last, ten seconds", "10:00:30:00")}) << u"selects-utterances.xml"_s;
 
         QTest::newRow("otio empty") << generateOTIO(session("Say \"hi\" \\ there"_L1, {})) << u"otio-empty.otio"_s;
         QTest::newRow("otio gap") << generateOTIO(session("Gap"_L1, {
@@ -101,10 +116,10 @@ private Q_SLOTS:
     {
         const ShootSession longLabel = session("t"_L1, {{.id = "a"_L1, .markerType = "log"_L1, .timecode = "00:00:01:00"_L1,
                                                          .summary = QString(200, u'x')}}, {clip("/c.mov"_L1, {}, 10.0)});
-        const QString selects = generateSelectsXML(longLabel, {"a"_L1}, {{"a"_L1, "A"_L1}});
+        const QString selects = generateSelectsXML(longLabel, {"a"_L1}, {{"a"_L1, "A"_L1}}, {});
         QVERIFY2(selects.contains("<name>"_L1 + QString(200, u'x') + "</name>"_L1) && !selects.contains("Grade"_L1),
                  "a label at the length limit is cut or carries the grade");
-        QVERIFY2(generateSelectsXML(longLabel, {"zzz"_L1}, {}).isEmpty() && generateSelectsXML(longLabel, {}, {}).isEmpty(),
+        QVERIFY2(generateSelectsXML(longLabel, {"zzz"_L1}, {}, {}).isEmpty() && generateSelectsXML(longLabel, {}, {}, {}).isEmpty(),
                  "picks that name no marker, or none at all, give a document");
         const QList<ShootMarker> thousand(1000, {.id = "m"_L1, .markerType = "story"_L1, .timecode = "01:00:00:00"_L1});
         QVERIFY2(generateResolveEDL(session("t"_L1, thousand)).contains("\n1000  001 "_L1), "event numbers stop at three digits");
@@ -112,6 +127,31 @@ private Q_SLOTS:
         const ShootMarker pastAnyClip{.id = "1"_L1, .markerType = "log"_L1, .timecode = "10:00:01:00"_L1, .timecodeOut = "99999999:00:00:00"_L1};
         const ShootSession infinite = session("t"_L1, {pastAnyClip}, {clip("/a.mov"_L1, "10:00:00:00"_L1, qInf()), clip("/b.mov"_L1, {}, 3.0)});
         QVERIFY2(generatePremiereXML(infinite, 1).contains("<duration>9223372036854775807</duration>"_L1), "an infinite duration does not saturate");
+    }
+
+    // Markers on footage are exactly those the xmeml sequence puts on its clips.
+    void preflightCounts()
+    {
+        const QList<ShootMarker> markers{{.id = "on"_L1, .timecode = "10:00:01:00"_L1}, {.id = "gap"_L1, .timecode = "10:00:06:00"_L1},
+                                         {.id = "end"_L1, .timecode = "10:00:05:00"_L1}, {.id = "late"_L1, .timecode = "10:00:10:00"_L1}};
+        const ShootSession shoot = session("t"_L1, markers, {clip("/a/A.mov"_L1, "10:00:00:00"_L1, 5.9, {}, {}, 25),
+                                                             clip("/a/B.mov"_L1, "10:00:10:00"_L1, 1.0, {}, {}, 50),
+                                                             clip("/a/C.mov"_L1, {}, 1.0)});
+        const Preflight checked = preflight(shoot);
+        QCOMPARE(checked.markers, 4);
+        QCOMPARE(checked.markersOnFootage, QStringList({"on"_L1, "late"_L1}));
+        QCOMPARE(checked.markersOffFootage, QStringList({"gap"_L1, "end"_L1}));
+        QCOMPARE(checked.clipsWithoutTimecode, QStringList{"C.mov"_L1});
+        QCOMPARE(checked.clipsWithOtherFps, QStringList{"B.mov"_L1});
+        QCOMPARE(checked.summary(), "2 of 4 markers are on matched footage; 1 clip has no timecode; 1 clip at another frame rate"_L1);
+        const QString xml = generatePremiereXML(shoot, 1);
+        QCOMPARE(xml.count("<marker>"_L1), checked.markersOnFootage.size());
+
+        const Preflight withoutClips = preflight(session("t"_L1, markers.mid(0, 1)));
+        QVERIFY(withoutClips.markersOnFootage.isEmpty() && !withoutClips.allClear());
+        QCOMPARE(withoutClips.summary(), "0 of 1 marker is on matched footage"_L1);
+        const Preflight clear = preflight(session("t"_L1, markers.mid(0, 1), {clip("/a/A.mov"_L1, "10:00:00:00"_L1, 5.0)}));
+        QVERIFY(clear.allClear() && clear.summary().isEmpty());
     }
 
     // The rules the documents' text follows: "xml" the cleaning of free text (safeASCII, then

@@ -104,7 +104,7 @@ private Q_SLOTS:
                 if (generate.chance(50))
                     grades.insert(m.id, generate.text());
             }
-            for (const QString &document : {generatePremiereXML(session, 1 + generate.below(3)), generateSelectsXML(session, picked, grades)}) {
+            for (const QString &document : {generatePremiereXML(session, 1 + generate.below(3)), generateSelectsXML(session, picked, grades, {})}) {
                 QXmlStreamReader reader(document);
                 while (!document.isEmpty() && !reader.atEnd())
                     reader.readNext();

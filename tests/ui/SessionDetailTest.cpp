@@ -469,7 +469,7 @@ private Q_SLOTS:
         if (button.contains(u"selects"_s)) {
             QVERIFY2(screen.showTranscript(), "the transcript did not load");
             QVERIFY(chooseFromMenu(screen.view.get(), u"s2"_s, u"Grade B"_s));
-            expected = generateSelectsXML(harbour(), {u"s2"_s}, {{u"s2"_s, u"B"_s}});
+            expected = generateSelectsXML(harbour(), {u"s2"_s}, {{u"s2"_s, u"B"_s}}, {});
         }
         for (int click = typed.isEmpty() ? 1 : 0; click < 2; ++click)
             withText(screen.view.get(), button)->click();

@@ -134,5 +134,6 @@ void ExportActions::openInResolve()
 
 void ExportActions::exportSelectsToPremiereAction()
 {
-    m_environment.handoff().openSelectsInPremiere(generateSelectsXML(m_session, m_selects.selectedSegmentIds(), m_selects.segmentGrades()));
+    m_environment.handoff().openSelectsInPremiere(
+        generateSelectsXML(m_session, m_selects.selectedSegmentIds(), m_selects.segmentGrades(), m_selects.transcript()));
 }

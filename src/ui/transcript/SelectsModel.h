@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/TranscriptSegment.h"
 #include "ui/transcript/SegmentSelection.h"
 
 #include <QObject>
@@ -20,9 +21,14 @@ public:
     // Emits selectionChanged only when something actually changed.
     void setSelection(const SegmentSelection &selection);
 
+    // The transcript the picks are made in: a pick that names no marker exports the utterance.
+    const QList<TranscriptSegment> &transcript() const { return m_transcript; }
+    void setTranscript(const QList<TranscriptSegment> &transcript) { m_transcript = transcript; }
+
 Q_SIGNALS:
     void selectionChanged();
 
 private:
     SegmentSelection m_selection;
+    QList<TranscriptSegment> m_transcript;
 };

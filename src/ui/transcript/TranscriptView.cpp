@@ -125,6 +125,8 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     column->addStretch();
 
     connect(m_selects, &SelectsModel::selectionChanged, this, &TranscriptView::refreshSelection);
+    // Until this session's transcript is in, the picks refer to no utterance of another session.
+    m_selects->setTranscript({});
     applySecondaryColours();
     updatePane();
     refreshSelection();
@@ -170,6 +172,7 @@ QCoro::Task<> TranscriptView::loadTranscript()
 void TranscriptView::showTranscript(QList<TranscriptSegment> segments)
 {
     m_transcriptSegments = std::move(segments);
+    m_selects->setTranscript(m_transcriptSegments);
     const QList<SpeakerRun> runs = buildSpeakerRuns(m_transcriptSegments);
     m_runViews.reserve(runs.size());
     WordWidthCache chipWidths(SpeakerRunView::chipFont());
