@@ -1,5 +1,8 @@
 #include "cli/CliCommand.h"
 #include "cli/CliIo.h"
+#include "export/AvidMarkerList.h"
+#include "export/CsvMarkerList.h"
+#include "export/FcpXml.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereScript.h"
 #include "export/Preflight.h"
@@ -153,6 +156,18 @@ QList<CliCommand> exportCommands()
         {"export jsx"_L1, "--xml-path PATH [-o OUT]"_L1,
          "Print the Premiere Pro script that imports the marker XML at PATH and colours its markers."_L1,
          {xmlPathOption, outputOption}, {}, {"xml-path"_L1}, 0, script},
+        sessionCommand("fcpxml"_L1, "Print the Final Cut Pro XML (FCPXML 1.9) of the matched clips and their markers."_L1,
+                       [](const CliContext &context, const ShootSession &session, const QCommandLineParser &) {
+                           return generateFCPXML(session, exactFrameDurations(session, context.tools));
+                       }),
+        sessionCommand("avid"_L1, "Print the marker list that Media Composer's Markers window imports."_L1,
+                       [](const CliContext &, const ShootSession &session, const QCommandLineParser &) {
+                           return generateAvidMarkerList(session);
+                       }),
+        sessionCommand("csv"_L1, "Print the markers as a spreadsheet (CSV, UTF-8 with byte order mark)."_L1,
+                       [](const CliContext &, const ShootSession &session, const QCommandLineParser &) {
+                           return generateMarkerCSV(session);
+                       }),
         {"check"_L1, "--session FILE"_L1,
          "Print as JSON which markers land on matched footage and which clips lack timecode or run at another rate."_L1,
          {sessionOption}, {}, {"session"_L1}, 0, check},
