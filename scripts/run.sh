@@ -3,6 +3,8 @@
 # The demo keeps everything of its own under ~/.cache/vorlix-sync-demo (settings file, generated
 # footage, a throw-away keyring when the desktop has none), so trying it never touches your own
 # settings or login. Extra arguments go to the application.
+# Stop it by closing the window (or Ctrl+C here); the stand-in stops with it.
+# `scripts/run.sh --reset` removes everything the demo keeps, its login included, and exits.
 #
 # Against a real deployment, run the program itself: build/src/vorlix-sync --service-url URL
 # (or set VORLIX_SERVICE_URL).
@@ -11,6 +13,18 @@ cd "$(dirname "$0")/.."
 build_dir=${VORLIX_BUILD_DIR:-build}
 demo=${VORLIX_DEMO_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/vorlix-sync-demo}
 code=123456
+profile="$demo/demo-profile.ini"
+
+if [ "${1:-}" = --reset ]; then
+  # The login cookie of the demo profile may sit in the desktop's keyring (QtKeychain's item:
+  # server = the application's service, user = the account of this profile).
+  if command -v secret-tool >/dev/null && [ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
+    secret-tool clear server io.vorlix.sync user "session_cookie:$profile" 2>/dev/null || true
+  fi
+  rm -rf "$demo"
+  echo "run: demo reset (removed $demo and its login); start it again with: bash scripts/run.sh"
+  exit 0
+fi
 
 scripts/setup.sh
 # Only what the demo runs: the program and the stand-in (no tests, benchmarks or tools).
@@ -22,12 +36,14 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ "${QT_QPA_PLATFOR
   exec xvfb-run -a -s "-screen 0 1280x800x24" bash scripts/run.sh "$@"
 fi
 
-# Clips whose start timecodes fall inside the demo sessions' marker windows (harbour 10:00-10:20,
-# market 11:30-11:40, workshop 14:00-14:10, rooftop 16:00-16:05), and one that matches nothing.
+# Footage under every marker and utterance of harbour-day2 (one 21-minute interview take),
+# workshop-walkthrough (two takes) and rooftop-broll (three short shots); market-vox-pops gets one
+# minute around 11:33, so four of its five markers fall on no footage and the session says so; the
+# last clip matches no session.
 echo "run: demo footage in $demo/footage"
-scripts/demo-footage.sh "$demo/footage" 10:00:00:00 10:01:00:00 10:12:30:00 11:30:10:00 14:02:00:00 16:00:20:00 08:00:00:00
+scripts/demo-footage.sh "$demo/footage" 10:00:00:00+1260 13:59:50:00+310 14:05:00:00+320 \
+  16:00:05:00+60 16:02:20:00+20 16:04:50:00+20 11:33:00:00+60 08:00:00:00+40
 
-profile="$demo/demo-profile.ini"
 if [ ! -f "$profile" ]; then
   printf '[General]\nvorlix_footage_folders=%s\n' "$demo/footage" > "$profile"
 fi
@@ -48,11 +64,10 @@ done
 
 cat <<TEXT
 
-  ┌────────────────────────────────────────────────────────────┐
-    Vorlix Sync demo — service stand-in at $url
-    Sign in with any e-mail address, then the code:  $code
-    Settings of this demo: $profile
-  └────────────────────────────────────────────────────────────┘
+Vorlix Sync demo, service stand-in at $url
+Demo login: any e-mail address, code $code
+Demo settings: $profile
+Stop: close the window or press Ctrl+C here. Reset: bash scripts/run.sh --reset
 
 TEXT
 
