@@ -74,6 +74,8 @@ ProbeCache::ProbeCache(QString file, QString ffprobe)
 
 QHash<QString, ProbeCache::Entry> ProbeCache::read() const
 {
+    if (m_file.isEmpty())
+        return {};
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         return {};

@@ -27,7 +27,7 @@ public:
     // The cache file in this user's cache folder.
     static QString platformLocation();
 
-    // Reads `file` now. `ffprobe` identifies the tool the answers come from; answers of another
+    // Reads `file` now; an empty name keeps nothing. `ffprobe` identifies the tool the answers come from; answers of another
     // are ignored.
     ProbeCache(QString file, QString ffprobe);
 

@@ -55,6 +55,19 @@ private Q_SLOTS:
         QCOMPARE(result.err, QByteArray("--fps must be a whole number from 1 to 1000\n"));
         QCOMPARE(result.exitCode, 1);
     }
+
+    // Camera files keep their timecode on a stream: the analysis sends that one, as a scan reads it.
+    void sendsTheStreamTimecode()
+    {
+        QVERIFY(make(m_media.filePath("B002C002.mov"), lavfi("color=blue:size=64x36:rate=25") + tone(1) + QStringList{"-t", "1", "-timecode", "16:03:00:00"}));
+        QCOMPARE(run({"login", "--email", "editor@example.org", "--code", "135790"}).exitCode, 0);
+        QCOMPARE(run({"analyse", "--session-token", "stream-tc", m_media.filePath("B002C002.mov")}).exitCode, 0);
+        const auto sessions = RecordJson::sessionsFromJson(QJsonDocument::fromJson(run({"sessions"}).out).array());
+        QVERIFY(sessions);
+        const auto session = std::find_if(sessions->begin(), sessions->end(), [](const ShootSession &s) { return s.id == u"stream-tc"; });
+        QVERIFY2(session != sessions->end() && !session->markers.isEmpty(), "the service lists no markers for stream-tc");
+        QCOMPARE(session->markers.first().timecode, QStringLiteral("16:03:00:00"));
+    }
 };
 
 QTEST_GUILESS_MAIN(AnalysisCliTest)

@@ -123,8 +123,20 @@ private Q_SLOTS:
         state().setScanProgress("Reading 3/12: A001C003.mov");
         QTRY_VERIFY2_WITH_TIMEOUT(section && !section->isHidden() && !scan->isEnabled(), "the sidebar does not show the scan", screenWait);
         QCOMPARE(list()->findChild<ElidedLabel *>("scanProgress")->text(), "Reading 3/12: A001C003.mov");
+        m_backend.calls.clear();
+        QTest::mouseClick(list()->findChild<QPushButton *>("scanProgressButton"), Qt::LeftButton);
+        QCOMPARE(m_backend.calls, QStringList{"cancel scan"});
         state().setScanning(false);
         QTRY_VERIFY2_WITH_TIMEOUT(section && section->isHidden() && scan->isEnabled(), "the sidebar still shows a scan", screenWait);
+
+        // Files a scan could not read stay listed after it, until dismissed.
+        state().setUnreadableFootage({"/footage/new/A.mov", "/footage/new/sub/B.mov"});
+        const QPointer<ElidedLabel> unreadable = list()->findChild<ElidedLabel *>("unreadableFootage");
+        QTRY_VERIFY2_WITH_TIMEOUT(section && !section->isHidden() && unreadable->isVisible(), "the unreadable files are not shown", screenWait);
+        QCOMPARE(unreadable->text(), "Could not read 2 files: A.mov, B.mov");
+        QVERIFY(!list()->findChild<ElidedLabel *>("scanProgress")->isVisible());
+        QTest::mouseClick(list()->findChild<QPushButton *>("unreadableFootageButton"), Qt::LeftButton);
+        QTRY_VERIFY2_WITH_TIMEOUT(section && section->isHidden() && state().unreadableFootage().isEmpty(), "dismissing left the line", screenWait);
     }
 
     void rowsAndSelection()

@@ -1,5 +1,6 @@
 #include "ui/sessions/SessionListView.h"
 
+#include "media/MediaScanner.h"
 #include "platform/Desktop.h"
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
@@ -7,6 +8,7 @@
 #include "ui/sessions/SessionListModel.h"
 #include "ui/sessions/SessionRowDelegate.h"
 #include "ui/settings/SettingsLogic.h"
+#include "ui/shell/ShellBackend.h"
 #include "ui/shell/SignOut.h"
 #include "ui/widgets/CoalescedRefresh.h"
 #include "ui/widgets/ElidedLabel.h"
@@ -79,6 +81,7 @@ SessionListView::SessionListView(AppState &state, ShellBackend &backend, Desktop
     connect(m_settingsButton, &QPushButton::clicked, this, &SessionListView::toggleSettings);
 
     m_refresh = new CoalescedRefresh(this, [this] { refresh(); });
+    m_refresh->watch(&m_state, &AppState::unreadableFootageChanged);
     m_refresh->watch(&m_state, &AppState::sessionsChanged, &AppState::isScanningChanged, &AppState::scanProgressChanged,
                      &AppState::userNameChanged, &AppState::userEmailChanged, &AppState::showSettingsChanged,
                      &AppState::appearanceChanged, &AppState::syncsRunningChanged, &AppState::lastSyncedChanged);
@@ -142,16 +145,36 @@ QWidget *SessionListView::buildScanningSection()
     stack->setContentsMargins(20, 10, 16, 6);
     stack->setSpacing(6);
     stack->addWidget(Theme::sectionHeader(QStringLiteral("Scanning"), 11, 0.4));
-    auto *row = new QHBoxLayout;
-    row->setSpacing(8);
+    const QFont caption = Theme::font(Theme::TextStyle::Caption);
+    const auto lineWithButton = [&](ElidedLabel *line, const QString &name, const QString &buttonText) {
+        auto *widget = new QWidget;
+        auto *row = new QHBoxLayout(widget);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(8);
+        line->setFont(caption);
+        Theme::setSecondary(line);
+        line->setObjectName(name);
+        row->addWidget(line, 1);
+        QPushButton *button = Theme::textButton(buttonText, caption, Theme::indigo());
+        button->setObjectName(name + QStringLiteral("Button"));
+        row->addWidget(button);
+        stack->addWidget(widget);
+        return std::pair{widget, button};
+    };
+
     m_scanSpinner = new Spinner(14);
     m_scanProgress = new ElidedLabel(Qt::ElideMiddle);
-    m_scanProgress->setFont(Theme::font(Theme::TextStyle::Caption));
-    Theme::setSecondary(m_scanProgress);
-    m_scanProgress->setObjectName(QStringLiteral("scanProgress"));
-    row->addWidget(m_scanSpinner);
-    row->addWidget(m_scanProgress, 1);
-    stack->addLayout(row);
+    const auto [scanRow, cancel] = lineWithButton(m_scanProgress, QStringLiteral("scanProgress"), QStringLiteral("Cancel"));
+    m_scanRow = scanRow;
+    static_cast<QHBoxLayout *>(m_scanRow->layout())->insertWidget(0, m_scanSpinner);
+    connect(cancel, &QPushButton::clicked, this, [this] { m_backend.cancelScan(); });
+
+    // Stays after the scan, until dismissed or the folder is scanned again, since the progress
+    // line it came with is gone with the scan.
+    m_unreadable = new ElidedLabel(Qt::ElideRight);
+    const auto [unreadableRow, dismiss] = lineWithButton(m_unreadable, QStringLiteral("unreadableFootage"), QStringLiteral("Dismiss"));
+    m_unreadableRow = unreadableRow;
+    connect(dismiss, &QPushButton::clicked, this, [this] { m_state.setUnreadableFootage({}); });
     return m_scanningSection;
 }
 
@@ -205,8 +228,13 @@ void SessionListView::refresh()
     m_syncSpinner->setVisible(syncing);
     m_syncStatus->setText(syncStatusText(syncing, m_state.lastSynced(), today, locale()));
 
-    m_scanningSection->setVisible(m_state.isScanning());
+    const QStringList &unreadable = m_state.unreadableFootage();
+    m_scanningSection->setVisible(m_state.isScanning() || !unreadable.isEmpty());
+    m_scanRow->setVisible(m_state.isScanning());
     m_scanProgress->setText(m_state.scanProgress());
+    m_unreadableRow->setVisible(!unreadable.isEmpty());
+    m_unreadable->setText(MediaScanner::unreadableText(unreadable));
+    m_unreadable->setToolTip(unreadable.join(u'\n'));
     m_userName->setText(SettingsLogic::displayName(m_state.userName()));
     m_userEmail->setText(m_state.userEmail());
     findChild<QLabel *>(QStringLiteral("accountIcon"))

@@ -76,6 +76,9 @@ private:
     QWidget *m_scanningSection = nullptr;
     Spinner *m_scanSpinner = nullptr;
     ElidedLabel *m_scanProgress = nullptr;
+    QWidget *m_scanRow = nullptr;
+    QWidget *m_unreadableRow = nullptr;
+    ElidedLabel *m_unreadable = nullptr;
     QLabel *m_userName = nullptr;
     QLabel *m_userEmail = nullptr;
     QPushButton *m_settingsButton = nullptr;
