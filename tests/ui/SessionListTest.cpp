@@ -15,9 +15,11 @@
 #include "ui/widgets/ElidedLabel.h"
 
 #include <QComboBox>
+#include <QDragEnterEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMimeData>
 #include <QToolBar>
 
 namespace {
@@ -101,8 +103,13 @@ private Q_SLOTS:
         m_backend.codeError = "Unknown address";
         QTest::mouseClick(withText(login.data(), "Send login code"), Qt::LeftButton);
         QTRY_VERIFY2_WITH_TIMEOUT(login->error() == "Unknown address", "the refusal did not reach the login screen", screenWait);
-        QVERIFY(!login->codeSent() && login->findChild<QLabel *>("error")->isVisible());
+        QVERIFY(!login->codeSent() && login->findChild<QLabel *>("error")->text() == "Unknown address");
         QCOMPARE(m_backend.calls, QStringList{"code for   anna@example.com "});
+        // Sent: typed digits land in the code field, not on whatever follows the address step.
+        m_backend.codeError.clear();
+        QTest::mouseClick(withText(login.data(), "Send login code"), Qt::LeftButton);
+        QTRY_VERIFY2_WITH_TIMEOUT(login && login->codeSent(), "the code step did not come", screenWait);
+        QCOMPARE(login->window()->focusWidget(), login->findChildren<QLineEdit *>().at(1));
     }
 
     void toolbarAndScanSection()
@@ -248,6 +255,126 @@ private Q_SLOTS:
         QCOMPARE(state().sessions().size(), sessionsKept ? 3 : 0);
         QCOMPARE(state().showSettings(), settingsShown);
         QTRY_VERIFY2_WITH_TIMEOUT(m_shell->window->loginView() && !signedIn(), "signing out did not bring the login screen back", screenWait);
+    }
+
+    // Rows: Today, Alpha, Bravo, a dated header, Charlie.
+    void keyboard_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("to");
+        QTest::newRow("down over a header") << "b" << int(Qt::Key_Down) << "c";
+        QTest::newRow("up over a header") << "c" << int(Qt::Key_Up) << "b";
+        QTest::newRow("up at the top stays") << "a" << int(Qt::Key_Up) << "a";
+        QTest::newRow("home") << "c" << int(Qt::Key_Home) << "a";
+        QTest::newRow("page up") << "c" << int(Qt::Key_PageUp) << "a";
+        QTest::newRow("F2 renames") << "b" << int(Qt::Key_F2) << "rename b";
+        QTest::newRow("Return renames") << "c" << int(Qt::Key_Return) << "rename c";
+    }
+    void keyboard()
+    {
+        QFETCH(QString, from);
+        QFETCH(int, key);
+        QFETCH(QString, to);
+        QVERIFY2(signInWith(threeSessions), "the signed-in view did not come up");
+        list()->setSelectedIds({from});
+        QTest::keyClick(list()->listView(), Qt::Key(key));
+        const QString shown = state().selectedSession() ? state().selectedSession()->id : "nothing";
+        QCOMPARE(renameField() ? "rename " + list()->editingSessionId().value_or("?") : shown, to);
+        QCOMPARE(list()->selectedIds(), QSet<QString>{shown});
+    }
+
+    void filter()
+    {
+        QVERIFY2(signInWith(threeSessions), "the signed-in view did not come up");
+        m_shell->window->activateWindow();
+        QVERIFY2(QTest::qWaitForWindowActive(m_shell->window.get(), screenWait), "the window did not become active");
+        const QPointer<QLineEdit> field = list()->filterField();
+        QTest::keyClick(list()->listView(), Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(field->hasFocus());
+        const auto rows = [this] {
+            QStringList shown;
+            for (int row = 0; row < list()->model()->rowCount(); ++row)
+                shown.append(list()->model()->index(row).data().toString());
+            return shown.join(", ");
+        };
+        const QString olderDay = list()->model()->index(3).data().toString();
+        const QList<std::pair<QString, QString>> cases{{"  CHAR ", olderDay + ", Charlie"}, {"today", "Today, Alpha, Bravo"},
+                                                       {olderDay.left(6), olderDay + ", Charlie"}, {"zzz", "Sessions, No matching sessions"}};
+        for (const auto &[typed, expected] : cases) {
+            field->setText(typed);
+            QTRY_COMPARE_WITH_TIMEOUT(rows(), expected, screenWait);
+        }
+        QTest::keyClick(field, Qt::Key_Escape);
+        QTRY_COMPARE_WITH_TIMEOUT(rows(), "Today, Alpha, Bravo, " + olderDay + ", Charlie", screenWait);
+    }
+
+    void syncLine()
+    {
+        QVERIFY2(signInWith({}), "the signed-in view did not come up");
+        const QPointer<QLabel> line = list()->findChild<QLabel *>("syncStatus");
+        state().setSyncsRunning(1);
+        QTRY_VERIFY2_WITH_TIMEOUT(line && line->text() == "Syncing…" && list()->findChild<QWidget *>("syncSpinner")->isVisible(),
+                                  "a running sync is not shown", screenWait);
+        state().setLastSynced(shellNow.addSecs(-180));
+        state().setSyncsRunning(0);
+        QTRY_VERIFY2_WITH_TIMEOUT(line && line->text().startsWith("Synced ") && !list()->findChild<QWidget *>("syncSpinner")->isVisible(),
+                                  "the last sync's time is not shown", screenWait);
+        QVERIFY2(line->text().contains(":57") && !line->text().contains(":57:00"), qPrintable(line->text())); // 11:57, no seconds
+    }
+
+    void folderDrop_data()
+    {
+        QTest::addColumn<QStringList>("dropped");
+        QTest::addColumn<bool>("scanning");
+        QTest::addColumn<bool>("scans");
+        QTest::newRow("a folder") << QStringList{"footage"} << false << true;
+        QTest::newRow("a file") << QStringList{"footage/clip.mov"} << false << false;
+        QTest::newRow("two folders") << QStringList{"footage", "more"} << false << false;
+        QTest::newRow("while a scan runs") << QStringList{"footage"} << true << false;
+    }
+    void folderDrop()
+    {
+        QFETCH(QStringList, dropped);
+        QFETCH(bool, scanning);
+        QFETCH(bool, scans);
+        QVERIFY2(signInWith({}), "the signed-in view did not come up");
+        const QDir dir(m_shell->dir.path());
+        QVERIFY(dir.mkpath("footage") && dir.mkpath("more"));
+        QFile clip(dir.filePath("footage/clip.mov"));
+        QVERIFY(clip.open(QIODevice::WriteOnly));
+        state().setScanning(scanning);
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString &name : dropped)
+            urls.append(QUrl::fromLocalFile(dir.filePath(name)));
+        data.setUrls(urls);
+        m_backend.calls.clear();
+        QDragEnterEvent enter(QPoint(300, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(signedIn(), &enter);
+        QCOMPARE(enter.isAccepted(), scans);
+        QCOMPARE(signedIn()->findChild<QWidget *>("dropHighlight")->isVisible(), scans);
+        QDropEvent drop(QPointF(300, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(signedIn(), &drop);
+        QCOMPARE(m_backend.calls, scans ? QStringList{"scan " + dir.filePath("footage")} : QStringList{});
+        QVERIFY(signedIn()->findChild<QWidget *>("dropHighlight")->isHidden());
+    }
+
+    // Indigo as text (counts, links, the open settings button) reads on the dark palette.
+    void indigoTextContrastOnDark()
+    {
+        Theme::applyAppearance("dark");
+        const auto luminance = [](const QColor &colour) {
+            const auto linear = [](float c) { return c <= 0.03928f ? c / 12.92f : std::pow((c + 0.055f) / 1.055f, 2.4f); };
+            return 0.2126f * linear(colour.redF()) + 0.7152f * linear(colour.greenF()) + 0.0722f * linear(colour.blueF());
+        };
+        for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base}) { // the sidebar, the detail pane
+            const float text = luminance(Theme::indigoText()), ground = luminance(QApplication::palette().color(role));
+            const float ratio = (std::max(text, ground) + 0.05f) / (std::min(text, ground) + 0.05f);
+            QVERIFY2(ratio >= 4.5f, qPrintable(QString("%1:1 on palette role %2").arg(ratio).arg(int(role))));
+        }
+        QCOMPARE(QApplication::palette().color(QPalette::Link), Theme::indigoText());
+        Theme::applyAppearance("light");
     }
 
     void settingsChangesArePersisted()

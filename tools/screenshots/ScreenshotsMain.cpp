@@ -230,6 +230,19 @@ int main(int argc, char **argv)
         signedIn->sessionList()->listView()->setFocus();
         ok = save(window, folder, QStringLiteral("sessions-") + appearance) && ok;
 
+        // The sidebar filtered, with the last sync's time beside the settings button.
+        state.setLastSynced(QDateTime::currentDateTime().addSecs(-140));
+        signedIn->sessionList()->filterField()->setText(QStringLiteral("ro"));
+        ok = save(window, folder, QStringLiteral("sidebar-filter-") + appearance) && ok;
+        signedIn->sessionList()->filterField()->clear();
+
+        // The window at its minimum size while a sync runs.
+        state.setSyncsRunning(1);
+        window.resize(window.minimumSize());
+        ok = save(window, folder, QStringLiteral("minimum-size-") + appearance) && ok;
+        state.setSyncsRunning(0);
+        window.resize(1000, 650);
+
         state.setScanning(true);
         state.setScanProgress(QStringLiteral("Reading 7/24: A001C007_261118.mov"));
         signedIn->sessionList()->setSelectedIds({});

@@ -79,10 +79,14 @@ QString syncStatusText(bool running, const QDateTime &lastSynced, const QDate &t
         return QStringLiteral("Syncing…");
     if (!lastSynced.isValid())
         return QString();
+    // Seconds would change the line at every sync; some locales' short times carry them.
+    static const QRegularExpression seconds(QStringLiteral("[:.]ss"));
+    QString time = locale.timeFormat(QLocale::ShortFormat);
+    time.remove(seconds);
     const QDateTime local = lastSynced.toLocalTime();
     if (local.date() == today)
-        return QStringLiteral("Synced %1").arg(locale.toString(local.time(), QLocale::ShortFormat));
-    return QStringLiteral("Synced %1").arg(locale.toString(local, QLocale::ShortFormat));
+        return QStringLiteral("Synced %1").arg(locale.toString(local.time(), time));
+    return QStringLiteral("Synced %1 %2").arg(locale.toString(local.date(), QLocale::ShortFormat), locale.toString(local.time(), time));
 }
 
 QString deleteAlertTitle(const QSet<QString> &selectedIds)

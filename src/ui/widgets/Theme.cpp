@@ -157,6 +157,7 @@ QString styleSheetFor(const QPalette &palette)
                "QToolBar#mainToolbar QToolButton:hover { background: %6; }"
                "QToolBar#mainToolbar QToolButton:disabled { color: %7; }"
                "QFrame#sidebarDivider, QSplitter::handle { background: %3; border: none; }"
+               "QLineEdit#sessionFilter { background: %8; color: %5; border: 1px solid %3; border-radius: 6px; padding: 3px 6px; }"
                "QLineEdit#renameField { background: %8; color: %5; border: 1px solid %10; border-radius: 4px; padding: 0 3px; }"
                "QPushButton[segment=\"first\"], QPushButton[segment=\"middle\"], QPushButton[segment=\"last\"]"
                " { padding: 5px 0; background: %9; color: %5; border: 1px solid %3; }"
