@@ -23,13 +23,6 @@ QString withExtension(const QString &path, const QString &extension)
     return path + u'.' + extension;
 }
 
-QString saveWithExtension(const QString &document, const QString &chosenPath, const QString &extension)
-{
-    const QString path = withExtension(chosenPath, extension);
-    writeFileAtomically(path, document.toUtf8());
-    return path;
-}
-
 } // namespace ExportFiles
 
 EditorLocations EditorLocations::forThisPlatform()
@@ -76,6 +69,16 @@ EditorHandoff::EditorHandoff(Workspace &workspace, QString temporaryDirectory, E
 {
 }
 
+bool EditorHandoff::hasPremiere() const
+{
+    return firstExisting(m_locations.premierePro).has_value();
+}
+
+bool EditorHandoff::hasResolve() const
+{
+    return firstExisting(m_locations.davinciResolve).has_value();
+}
+
 QString EditorHandoff::temporaryFile(const QString &name) const
 {
     return QDir(m_temporaryDirectory).filePath(name);
@@ -89,20 +92,22 @@ void EditorHandoff::openInPremiereOrDefault(const QString &premiereFile, const Q
         m_workspace.openWithDefaultHandler(fallbackFile);
 }
 
-void EditorHandoff::openInPremiere(const QString &markerXML) const
+bool EditorHandoff::openInPremiere(const QString &markerXML) const
 {
     const QString xmlPath = temporaryFile(ExportFiles::markersXML);
     const QString scriptPath = temporaryFile(ExportFiles::premiereScript);
-    writeFileAtomically(xmlPath, markerXML.toUtf8());
-    writeFileAtomically(scriptPath, premiereScript(xmlPath).toUtf8());
+    const bool xmlWritten = writeFileAtomically(xmlPath, markerXML.toUtf8());
+    const bool scriptWritten = writeFileAtomically(scriptPath, premiereScript(xmlPath).toUtf8());
     openInPremiereOrDefault(scriptPath, xmlPath);
+    return xmlWritten && scriptWritten;
 }
 
-void EditorHandoff::openSelectsInPremiere(const QString &selectsXML) const
+bool EditorHandoff::openSelectsInPremiere(const QString &selectsXML) const
 {
     const QString path = temporaryFile(ExportFiles::selectsXML);
-    writeFileAtomically(path, selectsXML.toUtf8());
+    const bool written = writeFileAtomically(path, selectsXML.toUtf8());
     openInPremiereOrDefault(path, path);
+    return written;
 }
 
 void EditorHandoff::launchResolve() const

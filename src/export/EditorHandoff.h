@@ -7,8 +7,8 @@
 #include <optional>
 
 // Where the documents go and which application gets them. The documents themselves are made by
-// the generators beforehand; this writes them (UTF-8, atomically, failures ignored as the
-// hand-off has nobody to tell) and asks the workspace to open them.
+// the generators beforehand; this writes them (UTF-8, atomically) and asks the workspace to open
+// them. A failed write does not stop the hand-off; it is reported to the caller.
 
 namespace ExportFiles {
 inline const QString markersEDL = QStringLiteral("vorlix-markers.edl");
@@ -20,9 +20,6 @@ inline const QString premiereScript = QStringLiteral("vorlix-premiere.jsx");
 // `path` with its file name's extension made exactly `extension` (case-sensitive): replaced when
 // different, appended when there is none. markers.txt gives markers.edl, session.EDL session.edl.
 QString withExtension(const QString &path, const QString &extension);
-
-// Writes `document` to `chosenPath` with its extension made `extension`; gives the path written.
-QString saveWithExtension(const QString &document, const QString &chosenPath, const QString &extension);
 } // namespace ExportFiles
 
 // Installed editing applications, most preferred first.
@@ -44,19 +41,24 @@ class EditorHandoff
 public:
     EditorHandoff(Workspace &workspace, QString temporaryDirectory, EditorLocations locations);
 
+    bool hasPremiere() const;
+    bool hasResolve() const;
+    // Where the hand-off writes the file named `name`.
+    QString temporaryFile(const QString &name) const;
+
     // Writes the marker sequence and its import script to the temporary directory and hands the
-    // script to Premiere Pro; without Premiere Pro the XML goes to the default handler.
-    void openInPremiere(const QString &markerXML) const;
+    // script to Premiere Pro; without Premiere Pro the XML goes to the default handler. False
+    // when a file could not be written.
+    bool openInPremiere(const QString &markerXML) const;
 
     // Writes the selects sequence to the temporary directory and opens it in Premiere Pro, or
-    // with the default handler.
-    void openSelectsInPremiere(const QString &selectsXML) const;
+    // with the default handler. False when it could not be written.
+    bool openSelectsInPremiere(const QString &selectsXML) const;
 
     // Starts DaVinci Resolve without a file; nothing happens when it is not installed.
     void launchResolve() const;
 
 private:
-    QString temporaryFile(const QString &name) const;
     void openInPremiereOrDefault(const QString &premiereFile, const QString &fallbackFile) const;
 
     Workspace &m_workspace;

@@ -13,10 +13,12 @@ struct Confirmation {
 };
 
 // A save panel: the proposed file name and, when not empty, the only file type offered
-// ("XML (*.xml)"); an empty filter lets the user pick any name.
+// ("XML (*.xml)"); an empty filter lets the user pick any name. A caption, when given, tells
+// why the panel asks (the platform's own title otherwise).
 struct SaveRequest {
     QString defaultName;
     QString nameFilter;
+    QString caption;
 };
 
 // An open panel for several items at once: files only, or files and folders together.
@@ -52,4 +54,6 @@ public:
     // Asks for files (and folders, when allowed) without blocking; `onChosen` runs only when the
     // user confirms at least one item.
     virtual void chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &chosen)> onChosen) = 0;
+    // Shows a written file to the user in the platform's file manager.
+    virtual void revealFile(const QString &path) = 0;
 };

@@ -13,4 +13,5 @@ public:
     void chooseSaveFile(const SaveRequest &, std::function<void(const QString &)>) override {}
     void inform(const Notice &, std::function<void()>) override {}
     void chooseFiles(const OpenRequest &, std::function<void(const QList<QUrl> &)>) override {}
+    void revealFile(const QString &) override {}
 };

@@ -15,6 +15,8 @@
 #include "model/RecordJson.h"
 #include "state/SessionLibrary.h"
 #include "ui/detail/AnalysisState.h"
+#include "ui/detail/CoverageStrip.h"
+#include "ui/detail/ExportNotice.h"
 #include "ui/detail/MarkerRow.h"
 #include "ui/detail/PendingAnalyses.h"
 #include "ui/detail/SessionDetailView.h"
@@ -22,6 +24,8 @@
 #include "ui/shell/WidgetDesktop.h"
 #include "ui/transcript/SelectsModel.h"
 #include "ui/transcript/SpeakerRunView.h"
+#include "ui/transcript/TranscriptView.h"
+#include "ui/widgets/DialogFolders.h"
 
 #include <QContextMenuEvent>
 #include <QCoro/QCoroSignal>
@@ -32,6 +36,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScopeGuard>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
 #include <stdexcept>
@@ -195,17 +201,18 @@ private Q_SLOTS:
     void renaming_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<bool>("withButton");
+        QTest::addColumn<int>("ending"); // the key that ends it, 0 for the checkmark button
         QTest::addColumn<QString>("title");
-        QTest::newRow("Return, trimmed") << u"  Day 2  "_s << false << u"Day 2"_s;
-        QTest::newRow("checkmark, tabs trimmed") << u"\tDay 3\t"_s << true << u"Day 3"_s;
-        QTest::newRow("blank cancels") << u"   "_s << false << u"Harbour day"_s;
+        QTest::newRow("Return, trimmed") << u"  Day 2  "_s << int(Qt::Key_Return) << u"Day 2"_s;
+        QTest::newRow("checkmark, tabs trimmed") << u"\tDay 3\t"_s << 0 << u"Day 3"_s;
+        QTest::newRow("blank cancels") << u"   "_s << int(Qt::Key_Return) << u"Harbour day"_s;
+        QTest::newRow("Escape cancels") << u"Day 4"_s << int(Qt::Key_Escape) << u"Harbour day"_s;
     }
 
     void renaming()
     {
         QFETCH(QString, typed);
-        QFETCH(bool, withButton);
+        QFETCH(int, ending);
         QFETCH(QString, title);
         Screen screen;
         QLabel *shown = screen.view->findChild<QLabel *>(u"detailTitle"_s);
@@ -215,10 +222,10 @@ private Q_SLOTS:
         QVERIFY(screen.view->header()->isRenaming() && field->isVisible() && !shown->isVisible());
         QCOMPARE(field->text(), u"Harbour day"_s);
         field->setText(typed);
-        if (withButton)
+        if (ending == 0)
             screen.view->findChild<QToolButton *>(u"renameButton"_s)->click();
         else
-            QTest::keyClick(field, Qt::Key_Return);
+            QTest::keyClick(field, Qt::Key(ending));
         QVERIFY(!screen.view->header()->isRenaming());
         QCOMPARE((QStringList{screen.shell.state.sessions().constFirst().title, screen.shell.state.selectedSession()->title}), QStringList(2, title));
         QTRY_VERIFY2_WITH_TIMEOUT(shown->text() == title && shown->isVisible() && !field->isVisible(), "the title row did not come back", screenWait);
@@ -436,29 +443,46 @@ private Q_SLOTS:
     }
 
     // Each button writes the session's document: through a save panel (cancelled once first) or into
-    // the hand-off's folder, then opens it where the row says.
+    // the hand-off's folder, opens it where the row says, and says in the notice what it wrote
+    // where. Without the application the hand-off saves through the panel instead.
     void exports_data()
     {
         QTest::addColumn<QString>("button");
+        QTest::addColumn<bool>("installed");
         QTest::addColumn<QString>("typed"); // empty: no save panel, the hand-off's own file
         QTest::addColumn<QString>("written");
         QTest::addColumn<QString>("launched");
-        QTest::newRow("EDL, extension replaced") << u"Save EDL"_s << u"markers.txt"_s << u"ROOT/markers.edl"_s << QString();
-        QTest::newRow("XML as chosen") << u"Save XML"_s << u"cut.xml"_s << u"ROOT/cut.xml"_s << QString();
-        QTest::newRow("OTIO, then Resolve") << u"Open in DaVinci Resolve"_s << u"timeline"_s << u"ROOT/timeline.otio"_s << u"launch APPS/DaVinci Resolve Studio"_s;
-        QTest::newRow("Premiere") << u"Open in Premiere Pro"_s << QString() << u"TEMP/vorlix-markers.xml"_s
-                                  << u"open TEMP/vorlix-premiere.jsx with APPS/Premiere 2025"_s;
-        QTest::newRow("selects to Premiere") << u"Open selects in Premiere Pro"_s << QString() << u"TEMP/vorlix-selects.xml"_s
-                                             << u"open TEMP/vorlix-selects.xml with APPS/Premiere 2025"_s;
+        QTest::addColumn<QString>("notice");
+        QTest::newRow("EDL, extension replaced") << u"Save EDL"_s << true << u"markers.txt"_s << u"ROOT/markers.edl"_s << QString()
+                                                 << u"Saved “markers.edl” in ROOT."_s;
+        QTest::newRow("XML as chosen") << u"Save XML"_s << true << u"cut.xml"_s << u"ROOT/cut.xml"_s << QString() << u"Saved “cut.xml” in ROOT."_s;
+        QTest::newRow("OTIO, then Resolve") << u"Open in DaVinci Resolve"_s << true << u"timeline"_s << u"ROOT/timeline.otio"_s
+                                            << u"launch APPS/DaVinci Resolve Studio"_s << u"Saved “timeline.otio” in ROOT."_s;
+        QTest::newRow("OTIO, no Resolve") << u"Open in DaVinci Resolve"_s << false << u"timeline"_s << u"ROOT/timeline.otio"_s << QString()
+                                          << u"Saved “timeline.otio” in ROOT. DaVinci Resolve is not installed here: import the file there with"
+                                             " Timelines > Import > AAF, EDL, XML, OTIO."_s;
+        QTest::newRow("Premiere") << u"Open in Premiere Pro"_s << true << QString() << u"TEMP/vorlix-markers.xml"_s
+                                  << u"open TEMP/vorlix-premiere.jsx with APPS/Premiere 2025"_s << u"Opened “vorlix-markers.xml” in TEMP in Premiere Pro."_s;
+        QTest::newRow("no Premiere: saved") << u"Open in Premiere Pro"_s << false << u"cut.xml"_s << u"ROOT/cut.xml"_s << QString()
+                                            << u"Saved “cut.xml” in ROOT. Premiere Pro is not installed here."_s;
+        QTest::newRow("selects to Premiere") << u"Open selects in Premiere Pro"_s << true << QString() << u"TEMP/vorlix-selects.xml"_s
+                                             << u"open TEMP/vorlix-selects.xml with APPS/Premiere 2025"_s
+                                             << u"Opened “vorlix-selects.xml” in TEMP in Premiere Pro."_s;
+        QTest::newRow("selects, no Premiere") << u"Open selects in Premiere Pro"_s << false << u"picks.xml"_s << u"ROOT/picks.xml"_s << QString()
+                                              << u"Saved “picks.xml” in ROOT. Premiere Pro is not installed here."_s;
     }
 
     void exports()
     {
         QFETCH(QString, button);
+        QFETCH(bool, installed);
         QFETCH(QString, typed);
         QFETCH(QString, written);
         QFETCH(QString, launched);
+        QFETCH(QString, notice);
         Screen screen;
+        if (!installed)
+            QVERIFY(QDir(screen.apps).removeRecursively());
         const auto contents = [](const QString &path) { QFile file(path); return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>"); };
         const auto placed = [&](QString path) { return path.replace(u"ROOT"_s, screen.root).replace(u"TEMP"_s, screen.temp).replace(u"APPS"_s, screen.apps); };
         screen.shell.desktop.saveAnswers = {QString(), screen.root + u'/' + typed};
@@ -469,14 +493,102 @@ private Q_SLOTS:
         if (button.contains(u"selects"_s)) {
             QVERIFY2(screen.showTranscript(), "the transcript did not load");
             QVERIFY(chooseFromMenu(screen.view.get(), u"s2"_s, u"Grade B"_s));
-            expected = generateSelectsXML(harbour(), {u"s2"_s}, {{u"s2"_s, u"B"_s}}, {});
+            expected = generateSelectsXML(harbour(), {u"s2"_s}, {{u"s2"_s, u"B"_s}}, interview());
         }
         for (int click = typed.isEmpty() ? 1 : 0; click < 2; ++click)
             withText(screen.view.get(), button)->click();
         QTRY_VERIFY2_WITH_TIMEOUT(contents(placed(written)) == expected.toUtf8(), qPrintable(u"wrong or no "_s + written), screenWait);
         QCOMPARE(screen.workspace->calls, launched.isEmpty() ? QStringList() : QStringList{placed(launched)});
-        if (button.contains(u"Resolve"_s))
+        if (button.contains(u"Resolve"_s) && installed)
             QCOMPARE(screen.shell.desktop.asked.last(), u"notice: OTIO saved | "_s + resolveImportInstructions(u"timeline.otio"_s) + u" | Open Resolve | Done"_s);
+        if (!installed)
+            QVERIFY(screen.shell.desktop.asked.first().endsWith(u"is not installed here — save the "_s + (button.contains(u"Resolve"_s) ? u"timeline"_s : u"sequence"_s)
+                                                                + u" to import it later"_s));
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.view->notice()->isVisible(), "no notice after the export", screenWait);
+        QCOMPARE(screen.view->notice()->shownReport().message, placed(notice));
+        withText(screen.view->notice(), u"Show in folder"_s)->click();
+        QCOMPARE(screen.shell.desktop.asked.last(), u"reveal: "_s + placed(written));
+        screen.view->notice()->findChild<QToolButton *>(u"dismissNotice"_s)->click();
+        QVERIFY(!screen.view->notice()->isVisible());
+    }
+
+    // The strip warns of the markers the clip misses, with the same line as the saved file's
+    // notice; a click on a tick brings its row into view, from the transcript tab too. A newly
+    // shown session starts at the top, and the column fits the narrowest window without a
+    // sideways scroll or empty space below.
+    void coverageAndNotice()
+    {
+        Screen screen;
+        ShootSession filmed = harbour();
+        MediaClip &clip = filmed.matchedClips.emplace_back();
+        clip.id = clip.path = screen.root + u"/A001.mov"_s;
+        clip.filename = u"A001.mov"_s;
+        clip.timecode = u"10:00:00:00"_s;
+        clip.duration = 6;
+        screen.shell.state.setSessions({filmed, second});
+        screen.shell.state.setSelectedSession(filmed);
+        screen.view->resize(500, 400);
+        CoverageStrip *strip = screen.view->coverage();
+        QTRY_VERIFY2_WITH_TIMEOUT(strip->isVisible() && screen.view->findChild<QWidget *>(u"footageRow"_s), "no coverage strip", screenWait);
+        QCOMPARE(strip->accessibleName(), u"Coverage: 2 of 4 markers are on matched footage"_s);
+        QVERIFY(strip->tickRect(3).top() < strip->tickRect(0).top()); // off the footage: raised
+
+        QVERIFY2(screen.showTranscript(), "the transcript did not load");
+        QScrollBar *scroll = screen.view->findChild<QScrollArea *>()->verticalScrollBar();
+        scroll->setValue(0);
+        QTest::mouseClick(strip, Qt::LeftButton, {}, strip->tickRect(3).center());
+        QCOMPARE(screen.view->selectedTab(), u"markers"_s);
+        const QPointer<MarkerRow> row = screen.view->findChildren<MarkerRow *>().at(3);
+        QTRY_VERIFY2_WITH_TIMEOUT(row->isFlashing() && scroll->value() > 0, "the clicked marker's row was not brought into view", screenWait);
+        QVERIFY(row->visibleRegion().boundingRect().height() == row->height());
+
+        QVERIFY2(screen.select(second) && scroll->value() == 0, "the next session did not start at the top");
+        QVERIFY2(screen.select(filmed), "the screen did not follow the selection back");
+        QScrollArea *area = screen.view->findChild<QScrollArea *>();
+        QTRY_VERIFY2_WITH_TIMEOUT(area->widget()->height() == std::max(area->viewport()->height(), area->widget()->heightForWidth(area->viewport()->width())),
+                                  "the column is taller than its content", screenWait);
+        QVERIFY(area->widget()->minimumSizeHint().width() <= area->viewport()->width());
+
+        screen.shell.desktop.saveAnswers = {screen.root + u"/cut.xml"_s};
+        withText(screen.view.get(), u"Save XML"_s)->click();
+        QTRY_VERIFY2_WITH_TIMEOUT(screen.view->notice()->isVisible(), "no notice after the save", toolWait);
+        QCOMPARE(screen.view->notice()->shownReport().message,
+                 u"Saved “cut.xml” in "_s + QDir::toNativeSeparators(screen.root) + u". 2 of 4 markers are on matched footage."_s);
+        QVERIFY(!screen.view->notice()->hasFocus() && !screen.view->notice()->isAncestorOf(QApplication::focusWidget()));
+    }
+
+    // The keyboard picks and grades like the mouse, and the grade shows as a letter on the chip.
+    void keyboardInTheTranscript()
+    {
+        Screen screen;
+        QVERIFY2(screen.showTranscript(), "the transcript did not load");
+        auto *transcript = screen.view->findChild<TranscriptView *>();
+        transcript->setFocus();
+        QTRY_VERIFY2_WITH_TIMEOUT(transcript->hasFocus(), "the transcript did not take the focus", screenWait);
+        const int plainWidth = runOf(transcript, u"s2"_s)->chipRect(u"s2"_s).width();
+        const struct {
+            Qt::Key key;
+            QString current;
+            QSet<QString> selected;
+            QHash<QString, QString> grades;
+        } steps[] = {
+            {Qt::Key_Space, u"s1"_s, {u"s1"_s}, {}},
+            {Qt::Key_Right, u"s2"_s, {u"s1"_s}, {}},
+            {Qt::Key_B, u"s2"_s, {u"s1"_s, u"s2"_s}, {{u"s2"_s, u"B"_s}}},
+            {Qt::Key_Backspace, u"s2"_s, {u"s1"_s, u"s2"_s}, {}},
+            {Qt::Key_C, u"s2"_s, {u"s1"_s, u"s2"_s}, {{u"s2"_s, u"C"_s}}},
+            {Qt::Key_Up, u"s1"_s, {u"s1"_s, u"s2"_s}, {{u"s2"_s, u"C"_s}}},
+            {Qt::Key_Return, u"s1"_s, {u"s2"_s}, {{u"s2"_s, u"C"_s}}},
+            {Qt::Key_End, u"s5"_s, {u"s2"_s}, {{u"s2"_s, u"C"_s}}},
+            {Qt::Key_A, u"s5"_s, {u"s2"_s, u"s5"_s}, {{u"s2"_s, u"C"_s}, {u"s5"_s, u"A"_s}}},
+        };
+        for (const auto &step : steps) {
+            QTest::keyClick(transcript, step.key);
+            QCOMPARE(transcript->currentSegmentId(), step.current);
+            QCOMPARE(screen.selected(), step.selected);
+            QCOMPARE(screen.view->selects()->segmentGrades(), step.grades);
+        }
+        QVERIFY(runOf(transcript, u"s2"_s)->chipRect(u"s2"_s).width() > plainWidth + 8); // padding and the grade letter
     }
 
     // The real panel: with folders allowed, confirming a selected folder returns the folder
@@ -497,7 +609,8 @@ private Q_SLOTS:
         QTemporaryDir root;
         QVERIFY(QDir(root.path()).mkpath(u"Card A"_s) && QFile(root.filePath(u"Card A/A001.mov"_s)).open(QIODevice::WriteOnly));
         QWidget window;
-        WidgetDesktop desktop(&window);
+        Preferences preferences(root.filePath(u"settings.ini"_s));
+        WidgetDesktop desktop(DialogFolders(preferences, {}), &window);
         QList<QUrl> chosen;
         desktop.chooseFiles({u"Select footage"_s, allowsFolders}, [&chosen](const QList<QUrl> &urls) { chosen = urls; });
         const QPointer<QFileDialog> dialog = window.findChild<QFileDialog *>();
@@ -507,6 +620,42 @@ private Q_SLOTS:
         dialog->selectFile(target.fileName());
         QMetaObject::invokeMethod(dialog, "accept"); // the Open button
         QCOMPARE(chosen, QList<QUrl>{QUrl::fromLocalFile(target.absoluteFilePath())});
+    }
+
+    // A save panel opens where the last export went, else in the first fall-back that exists,
+    // never in the working directory; footage panels keep a folder of their own.
+    void dialogStartFolders()
+    {
+        QTemporaryDir root;
+        const QString documents = root.filePath(u"Documents"_s), exports = root.filePath(u"Exports"_s);
+        QVERIFY(QDir().mkpath(documents) && QDir().mkpath(exports));
+        Preferences preferences(root.filePath(u"settings.ini"_s));
+        const DialogFolders folders(preferences, {root.filePath(u"Movies"_s), documents});
+        QWidget window;
+        WidgetDesktop desktop(folders, &window);
+        QString saved;
+        const auto openedIn = [&](bool save) {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            if (save)
+                desktop.chooseSaveFile({u"cut.xml"_s, QString(), QString()}, [&saved](const QString &path) { saved = path; });
+            else
+                desktop.chooseFolder(u"Footage"_s, [](const QString &) {});
+            const QPointer<QFileDialog> dialog = window.findChild<QFileDialog *>();
+            const QString folder = dialog ? dialog->directory().absolutePath() : u"(no dialog)"_s;
+            if (dialog && save) {
+                dialog->selectFile(exports + u"/cut.xml"_s);
+                QMetaObject::invokeMethod(dialog, "accept");
+            } else if (dialog) {
+                dialog->reject();
+            }
+            return folder;
+        };
+        QCOMPARE(openedIn(true), documents);
+        QCOMPARE(saved, exports + u"/cut.xml"_s);
+        QCOMPARE(openedIn(true), exports);
+        QCOMPARE(openedIn(false), documents);
+        QVERIFY(QDir(exports).removeRecursively());
+        QCOMPARE(folders.startFolder(DialogFolders::Purpose::Export), documents);
     }
 };
 

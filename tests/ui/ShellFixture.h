@@ -56,7 +56,7 @@ public:
     void openUrl(const QUrl &url) override { asked.append("browser: " + url.toString()); }
     void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
     {
-        asked.append("save: " + request.defaultName);
+        asked.append("save: " + request.defaultName + (request.caption.isEmpty() ? QString() : " | " + request.caption));
         if (const QString answer = saveAnswers.isEmpty() ? QString() : saveAnswers.takeFirst(); !answer.isEmpty())
             onChosen(answer);
     }
@@ -72,6 +72,7 @@ public:
         if (const QList<QUrl> answer = fileAnswers.isEmpty() ? QList<QUrl>() : fileAnswers.takeFirst(); !answer.isEmpty())
             onChosen(answer);
     }
+    void revealFile(const QString &path) override { asked.append("reveal: " + path); }
 };
 
 inline ShootSession makeSession(const QString &id, const QString &title, const QDateTime &createdAt)

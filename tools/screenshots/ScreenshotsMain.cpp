@@ -5,6 +5,7 @@
 #include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
 #include "ui/detail/AnalysisState.h"
+#include "ui/detail/ExportNotice.h"
 #include "ui/detail/SessionDetailView.h"
 #include "ui/login/LoginView.h"
 #include "ui/sessions/SessionListView.h"
@@ -17,7 +18,9 @@
 #include "ui/widgets/Theme.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QPushButton>
 #include <QLineEdit>
 #include <QListView>
 #include <QScrollArea>
@@ -77,6 +80,20 @@ public:
         }
         return segments;
     }
+};
+
+// Saves every document into one folder, as a person confirming the proposed name would.
+class SavingDesktop : public IdleDesktop
+{
+public:
+    explicit SavingDesktop(QString folder) : m_folder(std::move(folder)) {}
+    void chooseSaveFile(const SaveRequest &request, std::function<void(const QString &)> onChosen) override
+    {
+        onChosen(QDir(m_folder).filePath(request.defaultName));
+    }
+
+private:
+    QString m_folder;
 };
 
 QList<ShootSession> sampleSessions()
@@ -172,6 +189,15 @@ void settle()
     }
 }
 
+// Lets the exports finish (the marker sequence asks ffprobe first), for at most a few seconds.
+bool settleUntil(const std::function<bool()> &done)
+{
+    const QDeadlineTimer deadline(10000);
+    while (!done() && !deadline.hasExpired())
+        settle();
+    return done();
+}
+
 bool save(QWidget &window, const QDir &folder, const QString &name)
 {
     settle();
@@ -195,8 +221,9 @@ int main(int argc, char **argv)
     AppState state(preferences);
     state.setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
     StillBackend backend;
-    IdleDesktop desktop;
-    // No button is pressed here, so nothing is written or launched.
+    // The exports pressed here write into the output folder; no editing application is
+    // installed, so nothing is launched.
+    SavingDesktop desktop(folder.absolutePath());
     ExportEnvironment exports{std::make_shared<ProcessWorkspace>(), profile.path(), EditorLocations{}, ToolLocations::platformDefault()};
     ContentView window(state, backend, desktop, ServiceLinks::forBaseUrl(QUrl(QStringLiteral("https://shoot.vorlix.io"))), exports);
     window.show();
@@ -217,6 +244,8 @@ int main(int argc, char **argv)
     QList<ShootSession> sessions = sampleSessions().mid(0, 6);
     sessions[0] = detailedSession(sessions[0]);
     sessions[2] = detailedSession(sessions[2]);
+    sessions[3] = detailedSession(sessions[3]);
+    sessions[3].matchedClips.removeAt(1); // the afternoon's card is missing: markers off the footage
     state.setSessions(sessions);
     state.markSessionsDeleted({sampleSessions().at(6)});
     for (const QString &appearance : {QStringLiteral("light"), QStringLiteral("dark")}) {
@@ -298,6 +327,31 @@ int main(int argc, char **argv)
         QScrollBar *scroll = detail->findChild<QScrollArea *>()->verticalScrollBar();
         scroll->setValue(scroll->maximum());
         ok = save(window, folder, QStringLiteral("detail-analysis-") + appearance) && ok;
+        signedIn->sessionList()->setSelectedIds({});
+        window.resize(1000, 650);
+
+        // The coverage strip of a session whose footage misses half its markers, then the notice
+        // after saving its marker sequence.
+        signedIn->sessionList()->setSelectedIds({QStringLiteral("s4")});
+        settle();
+        ok = save(window, folder, QStringLiteral("coverage-") + appearance) && ok;
+        ExportNotice *notice = detail->notice();
+        detail->findChild<QPushButton *>(QStringLiteral("saveXML"))->click();
+        ok = settleUntil([notice] { return notice->isVisible(); }) && save(window, folder, QStringLiteral("notice-saved-") + appearance) && ok;
+
+        // Graded selects picked in the transcript, sent to Premiere Pro, which is not installed
+        // here, so the sequence is saved and the notice says where.
+        signedIn->sessionList()->setSelectedIds({QStringLiteral("s1")});
+        settle();
+        detail->selectTab(QStringLiteral("transcript"));
+        settle();
+        detail->selects()->setSelection(selection);
+        settle();
+        detail->findChild<QPushButton *>(QStringLiteral("selectsButton"))->click();
+        window.resize(1000, 900);
+        ok = settleUntil([notice] { return notice->isVisible(); }) && save(window, folder, QStringLiteral("selects-exported-") + appearance) && ok;
+        detail->selects()->setSelection({});
+        detail->selectTab(QStringLiteral("markers"));
         signedIn->sessionList()->setSelectedIds({});
         window.resize(1000, 650);
     }

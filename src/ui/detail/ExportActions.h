@@ -2,6 +2,7 @@
 
 #include "model/ShootSession.h"
 #include "ui/detail/ExportEnvironment.h"
+#include "ui/detail/ExportNotice.h"
 
 #include <QCoro/QCoroTask>
 #include <QWidget>
@@ -12,7 +13,9 @@ class SelectsModel;
 
 // The session's way into the editing applications: the selects picked in the transcript (shown
 // while there are any) for Premiere Pro, then DaVinci Resolve, Premiere Pro and the two save
-// buttons. None is ever disabled; each exports whatever the session holds.
+// buttons. None is ever disabled; each exports whatever the session holds. Every save and
+// hand-off is reported, and a hand-off to an application that is not installed saves where the
+// user chooses instead.
 class ExportActions : public QWidget
 {
     Q_OBJECT
@@ -29,10 +32,16 @@ public:
     void openInResolve();
     void exportSelectsToPremiereAction();
 
+Q_SIGNALS:
+    void reported(const ExportReport &report);
+
 private:
+    enum class PremiereDocument { Markers, Selects };
+
     void updateSelects();
     QCoro::Task<> exportXMLTask();
     QCoro::Task<> openInPremiereTask();
+    void sendToPremiere(const QString &xml, PremiereDocument document, const QString &check);
 
     Desktop &m_desktop;
     ExportEnvironment m_environment;

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTimer>
 
 namespace {
 
@@ -97,10 +98,25 @@ QStringList MarkerRow::shownTexts() const
     return texts;
 }
 
+void MarkerRow::flash()
+{
+    m_flashing = true;
+    update();
+    QTimer::singleShot(1200, this, [this] {
+        m_flashing = false;
+        update();
+    });
+}
+
 const MarkerRow::Geometry &MarkerRow::geometryFor(int width) const
 {
-    if (m_geometry.width == width)
-        return m_geometry;
+    if (m_geometry.width != width)
+        m_geometry = layoutAt(width);
+    return m_geometry;
+}
+
+MarkerRow::Geometry MarkerRow::layoutAt(int width) const
+{
     Geometry g;
     g.width = width;
     const QFontMetrics badgeMetrics(badgeFont());
@@ -134,8 +150,7 @@ const MarkerRow::Geometry &MarkerRow::geometryFor(int width) const
         y = g.rawBox.bottom() + 1;
     }
     g.height = qMax(y, g.badge.bottom() + 1) + margin;
-    m_geometry = g;
-    return m_geometry;
+    return g;
 }
 
 int MarkerRow::heightForWidth(int width) const
@@ -149,10 +164,13 @@ QSize MarkerRow::sizeHint() const
     return QSize(width, heightForWidth(width));
 }
 
+// The height is the unwrapped one: a scroll area takes the minimum height as a floor, so the
+// wrapped height at the narrowest width would leave empty space below a wide column.
 QSize MarkerRow::minimumSizeHint() const
 {
-    const int width = 2 * margin + badgeColumnWidth() + margin + 120;
-    return QSize(width, heightForWidth(width));
+    if (m_unwrappedHeight < 0)
+        m_unwrappedHeight = layoutAt(QWIDGETSIZE_MAX / 2).height;
+    return QSize(2 * margin + badgeColumnWidth() + margin + 120, m_unwrappedHeight);
 }
 
 void MarkerRow::paintEvent(QPaintEvent *)
@@ -167,6 +185,8 @@ void MarkerRow::paintEvent(QPaintEvent *)
         painter.fillRect(rect(), withAlpha(indigo, 0.04));
         painter.fillRect(QRect(0, 0, 3, height()), indigo);
     }
+    if (m_flashing)
+        painter.fillRect(rect(), withAlpha(palette().color(QPalette::Highlight), 0.18));
 
     QPainterPath badge;
     badge.addRoundedRect(g.badge, 4, 4);

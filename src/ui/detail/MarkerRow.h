@@ -24,6 +24,10 @@ public:
     // summary, the quote in double quotes, the heard words.
     QStringList shownTexts() const;
 
+    // Tints the row for a moment, so the eye finds it after a jump.
+    void flash();
+    bool isFlashing() const { return m_flashing; }
+
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
@@ -48,6 +52,7 @@ private:
         QRect raw;
     };
     const Geometry &geometryFor(int width) const;
+    Geometry layoutAt(int width) const;
 
     ShootMarker m_marker;
     QString m_label;
@@ -55,4 +60,6 @@ private:
     bool m_isEarmark;
     bool m_showsRaw;
     mutable Geometry m_geometry;
+    mutable int m_unwrappedHeight = -1;
+    bool m_flashing = false;
 };

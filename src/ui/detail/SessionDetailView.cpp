@@ -2,8 +2,11 @@
 
 #include "state/AppState.h"
 #include "ui/detail/AnalysisState.h"
+#include "ui/detail/CoverageStrip.h"
 #include "ui/detail/ExportActions.h"
+#include "ui/detail/ExportNotice.h"
 #include "ui/detail/MarkerList.h"
+#include "ui/detail/MarkerRow.h"
 #include "ui/detail/MatchedFootageList.h"
 #include "ui/detail/PendingAnalyses.h"
 #include "ui/detail/SessionHeader.h"
@@ -15,7 +18,10 @@
 #include "ui/widgets/Theme.h"
 
 #include <QScrollArea>
+#include <QScrollBar>
+#include <QPointer>
 #include <QTabBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -52,20 +58,24 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
                                      PendingAnalyses &pending, QWidget *parent)
     : QWidget(parent), m_state(state), m_pending(pending), m_loadTranscript(std::move(environment.loadTranscript)),
       m_selectedTab(markersTab), m_analysis(std::make_shared<AnalysisState>()), m_selects(new SelectsModel(this)),
-      m_header(new SessionHeader(state, desktop, environment.serviceHost)), m_footage(new MatchedFootageList), m_tabs(viewPicker()),
+      m_notice(new ExportNotice(desktop)), m_scroll(new QScrollArea), m_header(new SessionHeader(state, desktop, environment.serviceHost)),
+      m_coverage(new CoverageStrip), m_footage(new MatchedFootageList), m_tabs(viewPicker()),
       m_markers(new MarkerList), m_transcriptPage(new QWidget), m_transcriptHolder(new QVBoxLayout(m_transcriptPage)),
       m_exports(new ExportActions(desktop, std::move(environment.exports), *m_selects)),
       m_analysisPanel(new AnalysisPanel(desktop, std::move(environment.runAnalysis)))
 {
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
-    auto *scroll = new QScrollArea;
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    outer->addWidget(scroll);
+    outer->setSpacing(0);
+    outer->addWidget(m_notice);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    // The column narrows with the window; a sideways scroll would hide the buttons' ends.
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    outer->addWidget(m_scroll);
     auto *content = new QWidget;
     content->setBackgroundRole(QPalette::Base);
-    scroll->setWidget(content);
+    m_scroll->setWidget(content);
 
     m_transcriptPage->setObjectName(QStringLiteral("transcriptPage"));
     m_transcriptHolder->setContentsMargins(0, 0, 0, 0);
@@ -79,6 +89,7 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     column->setContentsMargins(24, 24, 24, 24);
     column->setSpacing(20);
     column->addWidget(m_header);
+    column->addWidget(m_coverage);
     column->addWidget(m_footage);
     column->addWidget(m_tabs, 0, Qt::AlignLeft);
     column->addWidget(m_markers);
@@ -87,6 +98,8 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
     column->addStretch(1);
 
     connect(m_tabs, &QTabBar::tabBarClicked, this, [this](int index) { selectTab(index == 1 ? transcriptTab : markersTab); });
+    connect(m_exports, &ExportActions::reported, m_notice, &ExportNotice::report);
+    connect(m_coverage, &CoverageStrip::markerClicked, this, &SessionDetailView::showMarkerRow);
     connect(m_header, &SessionHeader::sessionDeleted, this, [this](const QString &id) { m_memory.remove(id); });
     connect(&m_pending, &PendingAnalyses::requested, this, [this](const QString &sessionId) {
         if (sessionId == m_session.id)
@@ -110,6 +123,7 @@ void SessionDetailView::refresh()
         switchTo(*selected);
     m_session = *selected;
     m_header->showSession(m_session);
+    m_coverage->showSession(m_session);
     m_footage->showClips(m_session.matchedClips);
     m_markers->showMarkers(m_session.markers);
     m_exports->showSession(m_session);
@@ -121,15 +135,17 @@ void SessionDetailView::refresh()
 void SessionDetailView::switchTo(const ShootSession &session)
 {
     if (m_showsSession)
-        m_memory.insert(m_session.id, {m_selectedTab, m_selects->selection(), m_analysis});
-    const SessionMemory memory = m_memory.value(session.id, {markersTab, {}, std::make_shared<AnalysisState>()});
+        m_memory.insert(m_session.id, {m_selectedTab, m_selects->selection(), m_selects->transcript(), m_analysis});
+    const SessionMemory memory = m_memory.value(session.id, {markersTab, {}, {}, std::make_shared<AnalysisState>()});
     m_showsSession = true;
     m_selectedTab = memory.selectedTab;
     m_selects->setSelection(memory.selection);
+    m_selects->setTranscript(memory.transcript);
     m_analysis = memory.analysis;
+    m_notice->dismiss();
+    m_scroll->verticalScrollBar()->setValue(0);
 
-    if (m_transcript)
-        m_transcript->deleteLater();
+    delete m_transcript; // at once, so a load it still waits for cannot report into the next session
     m_transcript = new TranscriptView(session, m_selects, m_loadTranscript);
     m_transcript->setObjectName(QStringLiteral("transcriptView"));
     m_transcriptHolder->addWidget(m_transcript);
@@ -159,4 +175,20 @@ void SessionDetailView::selectTab(const QString &tab)
 {
     m_selectedTab = tab == transcriptTab ? transcriptTab : markersTab;
     updateTabs();
+}
+
+void SessionDetailView::showMarkerRow(qsizetype index)
+{
+    selectTab(markersTab);
+    MarkerRow *row = m_markers->rowAt(index);
+    if (!row)
+        return;
+    // The tab may just have been switched: place the row once the column has its new height.
+    const QPointer<MarkerRow> target(row);
+    QTimer::singleShot(0, this, [this, target] {
+        if (!target)
+            return;
+        m_scroll->ensureWidgetVisible(target, 0, 40);
+        target->flash();
+    });
 }

@@ -12,11 +12,14 @@
 
 class AnalysisState;
 class AppState;
+class CoverageStrip;
 class Desktop;
 class ExportActions;
+class ExportNotice;
 class MarkerList;
 class MatchedFootageList;
 class PendingAnalyses;
+class QScrollArea;
 class QTabBar;
 class QVBoxLayout;
 class SelectsModel;
@@ -59,11 +62,15 @@ public:
 
     SessionHeader *header() const { return m_header; }
     AnalysisPanel *analysisPanel() const { return m_analysisPanel; }
+    ExportActions *exportActions() const { return m_exports; }
+    CoverageStrip *coverage() const { return m_coverage; }
+    ExportNotice *notice() const { return m_notice; }
 
 private:
     struct SessionMemory {
         QString selectedTab;
         SegmentSelection selection;
+        QList<TranscriptSegment> transcript;
         std::shared_ptr<AnalysisState> analysis;
     };
 
@@ -71,6 +78,7 @@ private:
     void switchTo(const ShootSession &session);
     void updateTabs();
     void takePendingAnalysis();
+    void showMarkerRow(qsizetype index);
 
     AppState &m_state;
     PendingAnalyses &m_pending;
@@ -83,7 +91,10 @@ private:
     QHash<QString, SessionMemory> m_memory;
 
     SelectsModel *m_selects;
+    ExportNotice *m_notice;
+    QScrollArea *m_scroll;
     SessionHeader *m_header;
+    CoverageStrip *m_coverage;
     MatchedFootageList *m_footage;
     QTabBar *m_tabs;
     MarkerList *m_markers;

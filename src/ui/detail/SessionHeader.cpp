@@ -10,6 +10,7 @@
 #include "ui/widgets/TrimSpacesAndTabs.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -57,6 +58,7 @@ SessionHeader::SessionHeader(AppState &state, Desktop &desktop, QString serviceH
     m_titleField->setPlaceholderText(QStringLiteral("Session name"));
     m_titleField->setFont(Theme::pixelFont(22));
     connect(m_titleField, &QLineEdit::returnPressed, this, &SessionHeader::renameSession);
+    m_titleField->installEventFilter(this);
     m_renameButton = Buttons::symbol(QStringLiteral("pencil"), Theme::indigo(), QStringLiteral("Rename"));
     m_renameButton->setObjectName(QStringLiteral("renameButton"));
     connect(m_renameButton, &QToolButton::clicked, this, [this] { m_isRenaming ? renameSession() : startRenaming(); });
@@ -75,6 +77,9 @@ SessionHeader::SessionHeader(AppState &state, Desktop &desktop, QString serviceH
     m_clipCount = addIconLabel(summary, QStringLiteral("film"), QStringLiteral("clipCount"));
     m_tcRange = addIconLabel(summary, QStringLiteral("clock"), QStringLiteral("tcRange"));
     m_date = Theme::label(QString(), Theme::TextStyle::Body, true);
+    // The date gives way first when the window is at its narrowest, so the column never needs
+    // a sideways scroll.
+    m_date->setMinimumWidth(1);
     summary->addWidget(m_date);
     summary->addStretch(1);
     column->addLayout(summary);
@@ -111,6 +116,12 @@ void SessionHeader::startRenaming()
     m_titleField->selectAll();
 }
 
+void SessionHeader::cancelRenaming()
+{
+    m_isRenaming = false;
+    updateTitleRow();
+}
+
 void SessionHeader::renameSession()
 {
     m_isRenaming = false;
@@ -137,6 +148,10 @@ bool SessionHeader::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_title && event->type() == QEvent::MouseButtonDblClick) {
         startRenaming();
+        return true;
+    }
+    if (watched == m_titleField && event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        cancelRenaming();
         return true;
     }
     return QWidget::eventFilter(watched, event);

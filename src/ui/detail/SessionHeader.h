@@ -26,6 +26,8 @@ public:
 
     bool isRenaming() const { return m_isRenaming; }
     void startRenaming();
+    // Escape: the title stays as it was.
+    void cancelRenaming();
     // Gives the session the typed title without the spaces and tabs at its ends (a blank one
     // changes nothing) and ends renaming either way.
     void renameSession();

@@ -3,9 +3,13 @@ target_sources(vorlix_ui PRIVATE
   ui/detail/AnalysisPanel.h
   ui/detail/AnalysisState.cpp
   ui/detail/AnalysisState.h
+  ui/detail/CoverageStrip.cpp
+  ui/detail/CoverageStrip.h
   ui/detail/ExportActions.cpp
   ui/detail/ExportActions.h
   ui/detail/ExportEnvironment.h
+  ui/detail/ExportNotice.cpp
+  ui/detail/ExportNotice.h
   ui/detail/MarkerList.cpp
   ui/detail/MarkerList.h
   ui/detail/MarkerRow.cpp

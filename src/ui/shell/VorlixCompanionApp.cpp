@@ -46,7 +46,7 @@ VorlixCompanionApp::VorlixCompanionApp(const Options &options, QObject *parent) 
     m_preferences = options.settingsFile.isEmpty() ? std::make_unique<Preferences>() : std::make_unique<Preferences>(options.settingsFile);
     m_state = std::make_unique<AppState>(*m_preferences);
     m_state->setAppearanceHandler([](const QString &appearance) { Theme::applyAppearance(appearance); });
-    m_desktop = std::make_unique<WidgetDesktop>();
+    m_desktop = std::make_unique<WidgetDesktop>(DialogFolders(*m_preferences, DialogFolders::standardFallbacks()));
     // A separate profile signs in separately: its cookie is a credential item of its own.
     const QString account = options.settingsFile.isEmpty()
                                 ? QStringLiteral("session_cookie")

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 
 namespace {
@@ -32,7 +33,7 @@ private:
 
 } // namespace
 
-WidgetDesktop::WidgetDesktop(QWidget *window) : m_window(window) {}
+WidgetDesktop::WidgetDesktop(DialogFolders folders, QWidget *window) : m_window(window), m_folders(std::move(folders)) {}
 
 void WidgetDesktop::setWindow(QWidget *window)
 {
@@ -41,14 +42,16 @@ void WidgetDesktop::setWindow(QWidget *window)
 
 void WidgetDesktop::chooseFolder(const QString &message, std::function<void(const QString &path)> onChosen)
 {
-    auto *dialog = new QFileDialog(m_window, message);
+    auto *dialog = new QFileDialog(m_window, message, m_folders.startFolder(DialogFolders::Purpose::Footage));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setLabelText(QFileDialog::Accept, QObject::tr("Choose"));
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [onChosen](const QString &path) {
-        if (!path.isEmpty())
-            onChosen(path);
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [this, onChosen](const QString &path) {
+        if (path.isEmpty())
+            return;
+        m_folders.rememberChosen(DialogFolders::Purpose::Footage, path);
+        onChosen(path);
     });
     dialog->open();
 }
@@ -77,7 +80,7 @@ void WidgetDesktop::openUrl(const QUrl &url)
 
 void WidgetDesktop::chooseSaveFile(const SaveRequest &request, std::function<void(const QString &path)> onChosen)
 {
-    auto *dialog = new QFileDialog(m_window);
+    auto *dialog = new QFileDialog(m_window, request.caption, m_folders.startFolder(DialogFolders::Purpose::Export));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->selectFile(request.defaultName);
@@ -86,9 +89,11 @@ void WidgetDesktop::chooseSaveFile(const SaveRequest &request, std::function<voi
         dialog->setNameFilter(request.nameFilter);
         dialog->setDefaultSuffix(QFileInfo(request.defaultName).suffix());
     }
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [onChosen](const QString &path) {
-        if (!path.isEmpty())
-            onChosen(path);
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [this, onChosen](const QString &path) {
+        if (path.isEmpty())
+            return;
+        m_folders.rememberChosen(DialogFolders::Purpose::Export, path);
+        onChosen(path);
     });
     dialog->open();
 }
@@ -112,16 +117,29 @@ void WidgetDesktop::inform(const Notice &notice, std::function<void()> onPrimary
 void WidgetDesktop::chooseFiles(const OpenRequest &request, std::function<void(const QList<QUrl> &chosen)> onChosen)
 {
     auto *dialog = new FilesDialog(m_window, request.message, request.allowsFolders);
+    dialog->setDirectory(m_folders.startFolder(DialogFolders::Purpose::Footage));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
     if (request.allowsFolders)
         dialog->setOption(QFileDialog::DontUseNativeDialog); // a native panel would bypass accept()
-    QObject::connect(dialog, &QDialog::accepted, dialog, [dialog, onChosen] {
+    QObject::connect(dialog, &QDialog::accepted, dialog, [this, dialog, onChosen] {
         QList<QUrl> urls;
         for (const QString &path : dialog->selectedFiles())
             urls.append(QUrl::fromLocalFile(path));
-        if (!urls.isEmpty())
-            onChosen(urls);
+        if (urls.isEmpty())
+            return;
+        m_folders.rememberChosen(DialogFolders::Purpose::Footage, urls.first().toLocalFile());
+        onChosen(urls);
     });
     dialog->open();
+}
+
+// Finder selects the file; elsewhere there is no portable way to, so the folder opens.
+void WidgetDesktop::revealFile(const QString &path)
+{
+#if defined(Q_OS_MACOS)
+    QProcess::startDetached(QStringLiteral("open"), {QStringLiteral("-R"), path});
+#else
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+#endif
 }

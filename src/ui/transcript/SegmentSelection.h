@@ -22,6 +22,8 @@ struct SegmentSelection {
     void toggle(const QString &id);
     // Grading selects the segment; giving it the grade it already has takes the grade away.
     void toggleGrade(const QString &id, const QString &grade);
+    // The segment stays selected.
+    void clearGrade(const QString &id) { segmentGrades.remove(id); }
     void remove(const QString &id);
     // Taking a range offer adds its ids and leaves every grade as it was.
     void addAll(const QSet<QString> &ids);

@@ -22,6 +22,7 @@ constexpr qreal dotSize = 7;
 constexpr qreal chipVerticalPadding = 2;
 constexpr qreal chipSidePadding = 4;
 constexpr qreal chipCornerRadius = 4;
+constexpr qreal gradeGap = 4;
 
 } // namespace
 
@@ -40,6 +41,7 @@ SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chi
     , m_chipFont(chipFont())
     , m_timecodeFont(TranscriptStyle::monospaceFont(11, QFont::Medium))
     , m_labelFont(Theme::pixelFont(11, QFont::DemiBold))
+    , m_gradeFont(Theme::pixelFont(10, QFont::Bold))
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
@@ -50,9 +52,10 @@ SpeakerRunView::SpeakerRunView(int runIndex, SpeakerRun run, WordWidthCache &chi
     m_chipAscent = chipMetrics.ascent();
     m_headerHeight = std::ceil(std::max({QFontMetricsF(m_timecodeFont).height(),
                                          QFontMetricsF(m_labelFont).height(), dotSize}));
+    m_gradeBadgeWidth = std::ceil(QFontMetricsF(m_gradeFont).horizontalAdvance(u'W')) + 6;
     m_chips.reserve(m_run.segments.size());
     for (const TranscriptSegment &segment : std::as_const(m_run.segments))
-        m_chips.append(Chip{chipWidths.width(segment.text + u' '), ChipState::Plain, {}});
+        m_chips.append(Chip{chipWidths.width(segment.text + u' '), ChipState::Plain, {}, {}});
 }
 
 void SpeakerRunView::setChipStates(const SegmentSelection &selection,
@@ -64,21 +67,33 @@ void SpeakerRunView::setChipStates(const SegmentSelection &selection,
         const QString &id = m_run.segments[i].id;
         Chip &chip = m_chips[i];
         const ChipState state = chipState(id, selection.selectedSegmentIds, highlightRangeIds);
-        const QColor tint = state == ChipState::Selected
-            ? Theme::color(highlightColor(id, selection.segmentGrades))
-            : QColor();
-        if (state == chip.state && tint == chip.tint)
+        const bool selected = state == ChipState::Selected;
+        const QColor tint = selected ? Theme::color(highlightColor(id, selection.segmentGrades)) : QColor();
+        const QString grade = selected && gradeColor(selection.segmentGrades.value(id)) ? selection.segmentGrades.value(id) : QString();
+        if (state == chip.state && tint == chip.tint && grade == chip.grade)
             continue;
-        reflowed |= (state == ChipState::Plain) != (chip.state == ChipState::Plain);
+        reflowed |= (state == ChipState::Plain) != (chip.state == ChipState::Plain) || grade.isEmpty() != chip.grade.isEmpty();
         recoloured = true;
         chip.state = state;
         chip.tint = tint;
+        chip.grade = grade;
     }
     if (reflowed) {
         m_placementWidth = -1;
         updateGeometry();
     }
     if (recoloured)
+        update();
+}
+
+void SpeakerRunView::setCurrentChip(const QString &segmentId)
+{
+    qsizetype current = -1;
+    for (qsizetype i = 0; i < m_run.segments.size() && current < 0 && !segmentId.isEmpty(); ++i) {
+        if (m_run.segments[i].id == segmentId)
+            current = i;
+    }
+    if (std::exchange(m_currentChip, current) != current)
         update();
 }
 
@@ -89,7 +104,8 @@ qreal SpeakerRunView::chipsTop() const
 
 qreal SpeakerRunView::chipWidth(const Chip &chip) const
 {
-    return chip.textWidth + (chip.state == ChipState::Plain ? 0 : 2 * chipSidePadding);
+    return chip.textWidth + (chip.state == ChipState::Plain ? 0 : 2 * chipSidePadding)
+        + (chip.grade.isEmpty() ? 0 : m_gradeBadgeWidth + gradeGap);
 }
 
 const FlowPlacement &SpeakerRunView::placement(int width) const
@@ -196,25 +212,43 @@ void SpeakerRunView::paintEvent(QPaintEvent *event)
     const QColor text = palette().color(QPalette::WindowText);
     const QColor highlightFill = Theme::color(TranscriptStyle::yellow, 0.25);
     painter.setFont(m_chipFont);
-    for (; it != origins.cend() && it->y() <= lastY; ++it) {
-        const qsizetype index = it - origins.cbegin();
-        const Chip &chip = m_chips[index];
-        const QRectF box = chipRectAt(index);
-        qreal textX = box.left();
-        if (chip.state != ChipState::Plain) {
-            QColor fill = highlightFill;
-            if (chip.state == ChipState::Selected) {
-                fill = chip.tint;
-                fill.setAlphaF(0.1f);
-            }
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(fill);
-            painter.drawRoundedRect(box, chipCornerRadius, chipCornerRadius);
-            textX += chipSidePadding;
+    for (; it != origins.cend() && it->y() <= lastY; ++it)
+        paintChip(painter, it - origins.cbegin(), text, highlightFill);
+}
+
+void SpeakerRunView::paintChip(QPainter &painter, qsizetype index, const QColor &text, const QColor &highlightFill)
+{
+    const Chip &chip = m_chips[index];
+    const QRectF box = chipRectAt(index);
+    qreal textX = box.left();
+    if (chip.state != ChipState::Plain) {
+        QColor fill = highlightFill;
+        if (chip.state == ChipState::Selected) {
+            fill = chip.tint;
+            fill.setAlphaF(0.1f);
         }
-        painter.setPen(chip.state == ChipState::Selected ? chip.tint : text);
-        painter.drawText(QPointF(textX, box.top() + chipVerticalPadding + m_chipAscent),
-                         m_run.segments[index].text);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(fill);
+        painter.drawRoundedRect(box, chipCornerRadius, chipCornerRadius);
+        textX += chipSidePadding;
+    }
+    if (!chip.grade.isEmpty()) {
+        const QRectF badge(textX, box.top() + 4, m_gradeBadgeWidth, box.height() - 8);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(chip.tint);
+        painter.drawRoundedRect(badge, 3, 3);
+        painter.setPen(Qt::white);
+        painter.setFont(m_gradeFont);
+        painter.drawText(badge, Qt::AlignCenter, chip.grade);
+        painter.setFont(m_chipFont);
+        textX = badge.right() + gradeGap;
+    }
+    painter.setPen(chip.state == ChipState::Selected ? chip.tint : text);
+    painter.drawText(QPointF(textX, box.top() + chipVerticalPadding + m_chipAscent), m_run.segments[index].text);
+    if (index == m_currentChip) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(box.adjusted(0.75, 0.75, -0.75, -0.75), chipCornerRadius, chipCornerRadius);
     }
 }
 

@@ -27,8 +27,11 @@ public:
 
     const SpeakerRun &run() const { return m_run; }
 
-    // Recolours the chips; the flow is recomputed only when a chip gains or loses its padding.
+    // Recolours the chips; the flow is recomputed only when a chip gains or loses its padding
+    // or its grade letter.
     void setChipStates(const SegmentSelection &selection, const QSet<QString> &highlightRangeIds);
+    // Rings the chip of the keyboard's current segment; an id the run lacks rings none.
+    void setCurrentChip(const QString &segmentId);
 
     // Where a segment's chip is, in this widget's coordinates; empty when the run lacks it.
     QRect chipRect(const QString &segmentId) const;
@@ -53,6 +56,7 @@ private:
         qreal textWidth = 0;
         ChipState state = ChipState::Plain;
         QColor tint;
+        QString grade; // shown as a letter while selected, so B and no grade differ by more than a hue
     };
 
     qreal chipsTop() const;
@@ -61,6 +65,7 @@ private:
     QRectF chipRectAt(qsizetype index) const;
     qsizetype chipAt(const QPointF &pos) const;
     void paintHeader(QPainter &painter);
+    void paintChip(QPainter &painter, qsizetype index, const QColor &text, const QColor &highlightFill);
 
     SpeakerRun m_run;
     int m_runIndex = 0;
@@ -69,11 +74,14 @@ private:
     QFont m_chipFont;
     QFont m_timecodeFont;
     QFont m_labelFont;
+    QFont m_gradeFont;
+    qreal m_gradeBadgeWidth = 0;
     qreal m_chipHeight = 0;
     qreal m_chipAscent = 0;
     qreal m_headerHeight = 0;
     QList<Chip> m_chips;
     qsizetype m_pressedChip = -1;
+    qsizetype m_currentChip = -1;
 
     mutable int m_placementWidth = -1;
     mutable FlowPlacement m_placement;

@@ -9,12 +9,15 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
@@ -50,6 +53,8 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     , m_selects(selects)
     , m_loader(std::move(loader))
 {
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Transcript"));
     auto *column = boxLayout<QVBoxLayout>(this, {}, 0);
 
     m_loadingPane = new QWidget(this);
@@ -77,7 +82,6 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     m_selectionBar = new QWidget(m_transcriptPane);
     auto *selectionRow = boxLayout<QHBoxLayout>(m_selectionBar, {4, 0, 4, 8}, 6);
     m_selectionCount = makeLabel({}, Theme::pixelFont(13, QFont::Bold), m_selectionBar);
-    setTextColour(m_selectionCount, QPalette::WindowText, Theme::indigo());
     m_clearAll = new QToolButton(m_selectionBar);
     m_clearAll->setText(tr("Clear all"));
     m_clearAll->setFont(Theme::pixelFont(12));
@@ -125,8 +129,6 @@ TranscriptView::TranscriptView(ShootSession session, SelectsModel *selects,
     column->addStretch();
 
     connect(m_selects, &SelectsModel::selectionChanged, this, &TranscriptView::refreshSelection);
-    // Until this session's transcript is in, the picks refer to no utterance of another session.
-    m_selects->setTranscript({});
     applySecondaryColours();
     updatePane();
     refreshSelection();
@@ -218,8 +220,94 @@ void TranscriptView::applySecondaryColours()
     m_dismissRange->setIcon(Icons::symbol(QStringLiteral("xmark"), secondary));
 }
 
+void TranscriptView::keyPressEvent(QKeyEvent *event)
+{
+    if (m_transcriptSegments.isEmpty()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (m_currentId.isEmpty())
+        m_currentId = m_transcriptSegments.first().id;
+    const QString id = m_currentId;
+    const QString typed = event->text().toUpper();
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        moveCurrent(-1);
+        break;
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        moveCurrent(1);
+        break;
+    case Qt::Key_Home:
+        moveCurrent(-m_transcriptSegments.size());
+        break;
+    case Qt::Key_End:
+        moveCurrent(m_transcriptSegments.size());
+        break;
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        editSelection([&id](SegmentSelection &s) { s.toggle(id); });
+        break;
+    case Qt::Key_0:
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+        editSelection([&id](SegmentSelection &s) { s.clearGrade(id); });
+        break;
+    default:
+        if (!gradeNames.contains(typed) || event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
+            QWidget::keyPressEvent(event);
+            return;
+        }
+        editSelection([&id, &typed](SegmentSelection &s) { s.toggleGrade(id, typed); });
+    }
+    showCurrent();
+}
+
+void TranscriptView::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    if (m_currentId.isEmpty() && !m_transcriptSegments.isEmpty())
+        m_currentId = m_transcriptSegments.first().id;
+    showCurrent();
+}
+
+void TranscriptView::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    showCurrent();
+}
+
+void TranscriptView::moveCurrent(qsizetype step)
+{
+    const auto current = std::find_if(m_transcriptSegments.cbegin(), m_transcriptSegments.cend(),
+                                      [this](const TranscriptSegment &segment) { return segment.id == m_currentId; });
+    const qsizetype index = current == m_transcriptSegments.cend() ? 0 : current - m_transcriptSegments.cbegin();
+    m_currentId = m_transcriptSegments.at(std::clamp<qsizetype>(index + step, 0, m_transcriptSegments.size() - 1)).id;
+}
+
+// The ring shows only while the view has the focus; the scroll area around follows it.
+void TranscriptView::showCurrent()
+{
+    const QString ringed = hasFocus() ? m_currentId : QString();
+    for (SpeakerRunView *run : std::as_const(m_runViews)) {
+        run->setCurrentChip(ringed);
+        const QRect chip = run->chipRect(ringed);
+        QScrollArea *area = nullptr;
+        for (QWidget *up = parentWidget(); up && !area; up = up->parentWidget())
+            area = qobject_cast<QScrollArea *>(up);
+        if (!chip.isEmpty() && area && area->widget()) {
+            const QPoint centre = run->mapTo(area->widget(), chip.center());
+            area->ensureVisible(centre.x(), centre.y(), 0, chip.height());
+        }
+    }
+}
+
 void TranscriptView::chipClicked(const QString &segmentId, Qt::KeyboardModifiers modifiers)
 {
+    m_currentId = segmentId;
+    showCurrent();
     if (modifiers.testFlag(Qt::ShiftModifier)) {
         const auto anchor = shiftClickAnchor(m_selects->selectedSegmentIds(), m_highlightRangeIds);
         if (anchor) {

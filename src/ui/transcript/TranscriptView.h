@@ -17,7 +17,9 @@ class SelectsModel;
 class SpeakerRunView;
 
 // The transcript tab of a session: utterances flowing in speaker runs, where the editor picks
-// selects with clicks, offers a range with a shift-click and grades picks from the context menu.
+// selects with clicks, offers a range with a shift-click and grades picks from the context menu,
+// or works from the keyboard: the arrows move a ring from utterance to utterance, Space or
+// Return toggles the select, A, B and C grade it, 0 or Backspace takes the grade away.
 // The selects live in the host's SelectsModel, which must outlive the view; this view only edits
 // them. The transcript is fetched once, when the view is first shown. It lays out its full
 // height; scrolling is the host's business.
@@ -33,10 +35,15 @@ public:
     bool isLoadingTranscript() const { return m_isLoadingTranscript; }
     const QSet<QString> &highlightRangeIds() const { return m_highlightRangeIds; }
     bool showHighlightButton() const { return m_showHighlightButton; }
+    // The utterance the keyboard acts on; empty before the first click or key.
+    const QString &currentSegmentId() const { return m_currentId; }
 
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     QCoro::Task<> loadTranscript();
@@ -50,6 +57,8 @@ private:
     void offerRange(const QSet<QString> &ids);
     void closeRangeOffer(bool accept);
     void editSelection(const std::function<void(SegmentSelection &)> &edit);
+    void moveCurrent(qsizetype step);
+    void showCurrent();
 
     ShootSession m_session;
     SelectsModel *m_selects;
@@ -59,6 +68,7 @@ private:
     bool m_isLoadingTranscript = false;
     QSet<QString> m_highlightRangeIds;
     bool m_showHighlightButton = false;
+    QString m_currentId;
 
     QWidget *m_loadingPane;
     QWidget *m_emptyPane;

@@ -3,6 +3,8 @@ target_sources(vorlix_ui PRIVATE
   ui/widgets/Buttons.h
   ui/widgets/CoalescedRefresh.cpp
   ui/widgets/CoalescedRefresh.h
+  ui/widgets/DialogFolders.cpp
+  ui/widgets/DialogFolders.h
   ui/widgets/ElidedLabel.cpp
   ui/widgets/ElidedLabel.h
   ui/widgets/Icons.cpp
