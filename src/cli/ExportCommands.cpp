@@ -9,6 +9,7 @@
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
+#include "export/Subtitles.h"
 #include "model/RecordJson.h"
 
 #include <QJsonArray>
@@ -24,7 +25,7 @@ const QCommandLineOption outputOption({"o"_L1, "output"_L1}, "Write the document
 const QCommandLineOption selectOption("select"_L1, "A picked marker id, optionally with its grade; repeatable."_L1,
                                       "ID[=GRADE]"_L1);
 const QCommandLineOption transcriptOption("transcript"_L1,
-                                          "Transcript JSON (as `transcript TOKEN` prints it) the picks were made in; "
+                                          "Transcript JSON to use, as `transcript TOKEN` prints it; "
                                           "default: the session's own."_L1,
                                           "FILE"_L1);
 const QCommandLineOption xmlPathOption("xml-path"_L1, "Path of the marker XML the script imports."_L1, "PATH"_L1);
@@ -135,6 +136,27 @@ CliCommand sessionCommand(const QString &name, const QString &summary, Generator
             {"session"_L1}, 0, sessionDocument(std::move(generate))};
 }
 
+using SubtitleWriter = QString (*)(const ShootSession &, const QList<TranscriptSegment> &);
+
+QCoro::Task<int> emitSubtitles(const CliContext &context, const QCommandLineParser &parser, SubtitleWriter write)
+{
+    int status = 0;
+    const auto session = readSession(context, parser, &status);
+    if (!session)
+        co_return status;
+    const auto utterances = readUtterances(context, parser, *session, &status);
+    if (!utterances)
+        co_return status;
+    co_return CliIo::emitDocument(write(*session, *utterances).toUtf8(), parser.value(outputOption));
+}
+
+CliCommand subtitleCommand(const QString &name, const QString &summary, SubtitleWriter write)
+{
+    return {"export "_L1 + name, "--session FILE [--transcript FILE] [-o OUT]"_L1, summary,
+            {sessionOption, transcriptOption, outputOption}, {}, {"session"_L1}, 0,
+            [write](const CliContext &context, const QCommandLineParser &parser) { return emitSubtitles(context, parser, write); }};
+}
+
 } // namespace
 
 QList<CliCommand> exportCommands()
@@ -171,5 +193,7 @@ QList<CliCommand> exportCommands()
         {"check"_L1, "--session FILE"_L1,
          "Print as JSON which markers land on matched footage and which clips lack timecode or run at another rate."_L1,
          {sessionOption}, {}, {"session"_L1}, 0, check},
+        subtitleCommand("srt"_L1, "Print the transcript as SubRip subtitles."_L1, generateSRT),
+        subtitleCommand("vtt"_L1, "Print the transcript as WebVTT subtitles."_L1, generateWebVTT),
     };
 }
