@@ -5,16 +5,20 @@
 #include <exception>
 
 // The one error the service calls raise. `description()` (and `what()`, in UTF-8) is the text a
-// screen shows the user.
+// screen shows the user, always one line of bounded length: it often quotes the service, whose
+// text must not be able to add lines to a terminal, send it escape codes or flood it.
 class APIError : public std::exception
 {
 public:
     enum class Kind {
         LoginFailed,     // a refusal worded by the service or the client
-        InvalidResponse, // the answer was not an HTTP answer, or no request could be formed
-        Transport,       // no answer: offline, refused, timed out, TLS
+        InvalidResponse, // not an HTTP answer, a redirect, no request could be formed or no cookie
+        Transport,       // no answer: offline, refused, timed out, too large, TLS
         Parse,           // the body was not JSON
     };
+
+    // The longest description kept, in UTF-16 code units, before the ellipsis.
+    static constexpr qsizetype maximumLength = 300;
 
     static APIError loginFailed(const QString &message) { return {Kind::LoginFailed, message}; }
     static APIError invalidResponse() { return {Kind::InvalidResponse, QStringLiteral("Invalid server response")}; }
@@ -25,9 +29,13 @@ public:
     const QString &description() const { return m_description; }
     const char *what() const noexcept override { return m_utf8.constData(); }
 
+    // Line breaks and tabs as spaces, every other control character dropped, cut to
+    // maximumLength with an ellipsis.
+    static QString oneLine(const QString &text);
+
 private:
     APIError(Kind kind, const QString &description)
-        : m_kind(kind), m_description(description), m_utf8(description.toUtf8())
+        : m_kind(kind), m_description(oneLine(description)), m_utf8(m_description.toUtf8())
     {
     }
 

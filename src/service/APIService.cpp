@@ -7,6 +7,7 @@
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 #include <QNetworkReply>
+#include <QTimer>
 
 namespace {
 
@@ -32,6 +33,8 @@ const QString analysisAudioPath = QStringLiteral("/api/shoot/analyse-audio");
 const QString analysisFramesPath = QStringLiteral("/api/shoot/analyse-frames");
 const QByteArray wavType = QByteArrayLiteral("audio/wav");
 const QByteArray jsonType = QByteArrayLiteral("application/json");
+const QString timedOutText = QStringLiteral("The request timed out.");
+const QString tooLargeText = QStringLiteral("The server's answer is too large.");
 
 QByteArray jsonBody(const QString &email, const std::optional<QString> &code = std::nullopt)
 {
@@ -66,17 +69,55 @@ bool isTransportFailure(QNetworkReply::NetworkError error, bool hasStatus, bool 
     return !hasStatus || (error < QNetworkReply::ContentAccessDenied && !readsCutOffAnswers);
 }
 
-QString transportDescription(const QNetworkReply &reply)
+// Watches one reply for its call and ends it, remembering why, when the service redirects it (the
+// credential and the login exchange go nowhere else; Qt re-sends a redirected request unreliably,
+// so even a redirect within the origin is not followed), when it outlives the call's time, or when
+// its answer grows past the call's size. Lives in the awaiting coroutine's frame, so nothing of it fires once the call
+// is over.
+class ReplyGuard
 {
-    // Only the transfer time limit cancels a request, and Qt words that as a cancellation.
-    if (reply.error() == QNetworkReply::OperationCanceledError)
-        return QStringLiteral("The request timed out.");
-    return reply.errorString();
-}
+public:
+    enum class Cut { None, Redirect, Deadline, Size };
+
+    ReplyGuard(QNetworkReply &reply, CallLimit limit) : m_reply(reply), m_maximum(limit.answerBytes)
+    {
+        m_deadline.setSingleShot(true);
+        m_deadline.callOnTimeout([this] { cut(Cut::Deadline); });
+        m_deadline.start(limit.time);
+        QObject::connect(&reply, &QNetworkReply::redirected, &m_deadline, [this] { cut(Cut::Redirect); });
+        QObject::connect(&reply, &QNetworkReply::metaDataChanged, &m_deadline, [this] {
+            const QVariant declared = m_reply.header(QNetworkRequest::ContentLengthHeader);
+            if (declared.isValid() && declared.toLongLong() > m_maximum)
+                cut(Cut::Size);
+        });
+        QObject::connect(&reply, &QNetworkReply::downloadProgress, &m_deadline, [this](qint64 received, qint64) {
+            if (received > m_maximum)
+                cut(Cut::Size);
+        });
+    }
+
+    Cut reason() const { return m_reason; }
+
+private:
+    // Aborting finishes the reply at once, which may resume the coroutine and end this object:
+    // nothing may follow the abort.
+    void cut(Cut reason)
+    {
+        if (m_reason != Cut::None)
+            return;
+        m_reason = reason;
+        m_reply.abort();
+    }
+
+    QNetworkReply &m_reply;
+    qint64 m_maximum;
+    QTimer m_deadline;
+    Cut m_reason = Cut::None;
+};
 
 } // namespace
 
-APIService::APIService(QString baseURL, CredentialStore credentials, APITimeLimits limits)
+APIService::APIService(QString baseURL, CredentialStore credentials, APILimits limits)
     : m_baseURL(std::move(baseURL)),
       m_credentials(std::move(credentials)),
       m_limits(limits),
@@ -104,8 +145,10 @@ QCoro::Task<> APIService::keychainDelete() const
 
 std::optional<QUrl> APIService::transcriptUrl(const QString &baseURL, const QString &token)
 {
-    // The characters a URL path may hold unescaped, "/" included, beyond the unreserved ones.
-    const QByteArray segment = QUrl::toPercentEncoding(token, QByteArrayLiteral("!$&'()*+,/:;=@"));
+    // One path segment: "/" is escaped too, and a dot segment would climb out of /api/ferro/.
+    if (token == u"." || token == u"..")
+        return std::nullopt;
+    const QByteArray segment = QUrl::toPercentEncoding(token, QByteArrayLiteral("!$&'()*+,:;=@"));
     const QUrl url(baseURL + QStringLiteral("/api/ferro/") + QString::fromLatin1(segment) + QStringLiteral("/transcript"),
                    QUrl::StrictMode);
     if (!url.isValid())
@@ -130,22 +173,32 @@ QNetworkRequest APIService::uploadRequest(const QString &path, const QByteArray 
 QCoro::Task<QNetworkRequest> APIService::authenticated(QNetworkRequest request) const
 {
     QCoro::Task<std::optional<QString>> reading = keychainRead();
-    if (const std::optional<QString> credential = co_await std::move(reading))
+    if (const std::optional<QString> credential = co_await std::move(reading)) {
+        if (!ServiceJson::isCookiePair(*credential))
+            throw APIError::invalidResponse();
         request.setRawHeader("Cookie", credential->toUtf8());
+    }
     co_return request;
 }
 
-QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::optional<QByteArray> body,
-                                                 std::chrono::milliseconds limit, CutOffAnswers cutOff)
+QCoro::Task<APIService::Answer> APIService::send(QNetworkRequest request, std::optional<QByteArray> body, CallLimit limit,
+                                                 CutOffAnswers cutOff)
 {
-    request.setTransferTimeout(int(limit.count()));
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::UserVerifiedRedirectPolicy);
     const std::unique_ptr<QNetworkReply, DeleteLater> reply(body ? m_network->post(request, *body)
                                                                  : m_network->get(request));
+    const ReplyGuard guard(*reply, limit);
     co_await reply.get();
 
+    switch (guard.reason()) {
+    case ReplyGuard::Cut::Redirect: throw APIError::invalidResponse();
+    case ReplyGuard::Cut::Deadline: throw APIError::transport(timedOutText);
+    case ReplyGuard::Cut::Size: throw APIError::transport(tooLargeText);
+    case ReplyGuard::Cut::None: break;
+    }
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     if (isTransportFailure(reply->error(), status.isValid(), cutOff == CutOffAnswers::Read))
-        throw APIError::transport(transportDescription(*reply));
+        throw APIError::transport(reply->errorString());
     Answer answer;
     if (status.isValid())
         answer.status = status.toInt();
@@ -173,6 +226,8 @@ QCoro::Task<LoginResult> APIService::login(QString email, QString code)
     if (const auto refusal = ServiceJson::loginRefusal(object))
         throw APIError::loginFailed(*refusal);
     if (const auto credential = ServiceJson::credentialFromAnswer(object, answer.setCookie)) {
+        if (!ServiceJson::isCookiePair(*credential))
+            throw APIError::invalidResponse();
         QCoro::Task<> storing = keychainWrite(*credential);
         co_await std::move(storing);
     }

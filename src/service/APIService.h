@@ -14,14 +14,23 @@
 
 class QNetworkAccessManager;
 
-// How long a request may go without traffic before it fails with a time-out.
-struct APITimeLimits {
-    std::chrono::milliseconds loginCode{60000};
-    std::chrono::milliseconds login{60000};
-    std::chrono::milliseconds sessions{10000};
-    std::chrono::milliseconds transcript{15000};
-    std::chrono::milliseconds analysisAudio{600000};
-    std::chrono::milliseconds analysisFrames{300000};
+// What one kind of call may take: the whole request, from sending to the last byte of the
+// answer, and the size of the answer. A call past either ends with a transport error, whatever
+// the service keeps sending.
+struct CallLimit {
+    std::chrono::milliseconds time;
+    qint64 answerBytes;
+};
+
+struct APILimits {
+    static constexpr qint64 megabyte = 1024 * 1024;
+
+    CallLimit loginCode{std::chrono::seconds(60), megabyte};
+    CallLimit login{std::chrono::seconds(60), megabyte};
+    CallLimit sessions{std::chrono::seconds(10), 64 * megabyte};
+    CallLimit transcript{std::chrono::seconds(15), 16 * megabyte};
+    CallLimit analysisAudio{std::chrono::seconds(600), 16 * megabyte};
+    CallLimit analysisFrames{std::chrono::seconds(300), 16 * megabyte};
 };
 
 // One file's audio for the analysis: the WAV and what the service files it under.
@@ -38,13 +47,16 @@ struct AnalysisAudio {
 // APIError. The object must outlive every operation it started; make one and keep it.
 //
 // Only the stored credential is ever sent as a cookie: the network manager's cookie jar keeps
-// nothing, so the cookies a service sets are not replayed and signing out really signs out.
+// nothing, so the cookies a service sets are not replayed and signing out really signs out. The
+// credential and the login exchange go to the service's own origin alone: a redirect is not
+// followed and ends the call as an invalid response, and a credential that is not a plain cookie
+// pair is neither stored nor sent.
 class APIService
 {
 public:
     // `baseURL` is the service's origin without a trailing slash (see resolveServiceUrl); the login is
     // kept in `credentials`.
-    APIService(QString baseURL, CredentialStore credentials, APITimeLimits limits = {});
+    APIService(QString baseURL, CredentialStore credentials, APILimits limits = {});
     ~APIService();
 
     const QString &baseURL() const { return m_baseURL; }
@@ -70,8 +82,8 @@ public:
     QCoro::Task<> keychainWrite(QString text) const;
     QCoro::Task<> keychainDelete() const;
 
-    // The transcript address for a share token, percent-encoded as a path segment; nothing when
-    // no valid URL results.
+    // The transcript address for a share token, percent-encoded as one path segment; nothing when
+    // no valid URL results or the token is a dot segment.
     static std::optional<QUrl> transcriptUrl(const QString &baseURL, const QString &token);
 
 private:
@@ -91,11 +103,11 @@ private:
     QNetworkRequest uploadRequest(const QString &path, const QByteArray &contentType) const;
     // `request` with the stored credential as its cookie, when one is stored.
     QCoro::Task<QNetworkRequest> authenticated(QNetworkRequest request) const;
-    QCoro::Task<Answer> send(QNetworkRequest request, std::optional<QByteArray> body, std::chrono::milliseconds limit,
+    QCoro::Task<Answer> send(QNetworkRequest request, std::optional<QByteArray> body, CallLimit limit,
                              CutOffAnswers cutOff);
 
     QString m_baseURL;
     CredentialStore m_credentials;
-    APITimeLimits m_limits;
+    APILimits m_limits;
     std::unique_ptr<QNetworkAccessManager> m_network;
 };

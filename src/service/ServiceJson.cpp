@@ -73,6 +73,19 @@ std::optional<QList<WordTiming>> wordTimings(const QJsonObject &object)
     return timings;
 }
 
+bool isTokenCharacter(QChar c)
+{
+    static constexpr QLatin1StringView separators("()<>@,;:\\\"/[]?={} \t");
+    return c.unicode() > 32 && c.unicode() < 127 && !separators.contains(c);
+}
+
+bool isCookieOctet(QChar c)
+{
+    const char16_t u = c.unicode();
+    return u == 0x21 || (u >= 0x23 && u <= 0x2B) || (u >= 0x2D && u <= 0x3A) || (u >= 0x3C && u <= 0x5B)
+           || (u >= 0x5D && u <= 0x7E);
+}
+
 } // namespace
 
 std::optional<QDateTime> parseInternetDate(const QString &text)
@@ -198,6 +211,18 @@ std::optional<QString> credentialFromAnswer(const QJsonObject &answer, const std
     if (pieces.isEmpty())
         return std::nullopt;
     return pieces.first();
+}
+
+bool isCookiePair(QStringView credential)
+{
+    const qsizetype equals = credential.indexOf(u'=');
+    if (equals <= 0)
+        return false;
+    const QStringView name = credential.left(equals);
+    QStringView value = credential.mid(equals + 1);
+    if (value.size() >= 2 && value.front() == u'"' && value.back() == u'"')
+        value = value.mid(1, value.size() - 2);
+    return std::all_of(name.begin(), name.end(), isTokenCharacter) && std::all_of(value.begin(), value.end(), isCookieOctet);
 }
 
 LoginResult loginResultFromAnswer(const QJsonObject &answer, const QString &typedEmail)

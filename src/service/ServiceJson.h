@@ -44,6 +44,10 @@ std::optional<QString> loginRefusal(const QJsonObject &answer);
 // The text to keep as the login credential: "sid=" + "sid", else the first piece of the
 // Set-Cookie header, else nothing (the earlier credential stays).
 std::optional<QString> credentialFromAnswer(const QJsonObject &answer, const std::optional<QByteArray> &setCookie);
+// Whether `credential` is one cookie as a Cookie header may carry it: a token name, "=", and a
+// value of cookie-octets, optionally in double quotes (RFC 6265). Anything else, a line break or
+// a second cookie among it, is no credential of ours.
+bool isCookiePair(QStringView credential);
 LoginResult loginResultFromAnswer(const QJsonObject &answer, const QString &typedEmail);
 
 } // namespace ServiceJson

@@ -3,6 +3,7 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 
 using namespace std::chrono_literals;
 
@@ -44,7 +45,7 @@ private Q_SLOTS:
     {
         ScriptedServer server({200, {{"Content-Type", "application/json"}, {"Set-Cookie", "tracker=1; Path=/"}}, R"({"ok": true, "sessions": [], "segments": []})"});
         APIService api(server.url(), testCredentials);
-        awaitTask(api.keychainWrite(QStringLiteral("sid=a b;c=d")));
+        awaitTask(api.keychainWrite(QStringLiteral("sid=a-b.c")));
         for (const char *operation : {"code", "sessions", "transcript", "audio", "frames", "login", "sessions"})
             QCOMPARE(errorOf(api, QString::fromLatin1(operation)).has_value(), false);
         awaitTask(api.keychainDelete());
@@ -55,13 +56,21 @@ private Q_SLOTS:
             requests.append(request.line({"Content-Type", "x-vorlix-client", "Cookie", "sessiontoken", "filename", "starttimecode", "fps"})
                             + u' ' + QString::fromUtf8(request.body));
         QCOMPARE(requests, (QStringList{R"(POST /auth/login application/json - - - - - - {"email":" Ana@Example.org "})",
-                                        "GET /api/shoot/sessions - - sid=a b;c=d - - - - ",
-                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - sid=a b;c=d - - - - ",
-                                        "POST /api/shoot/analyse-audio audio/wav - sid=a b;c=d tok\u00e9n A 1.mov 10:00:00:00 30 RIFF",
-                                        R"(POST /api/shoot/analyse-frames application/json - sid=a b;c=d - - - - {"frames":[]})",
+                                        "GET /api/shoot/sessions - - sid=a-b.c - - - - ",
+                                        "GET /api/ferro/a%20b%3Fc%23%2F:@%C3%A9/transcript - - sid=a-b.c - - - - ",
+                                        "POST /api/shoot/analyse-audio audio/wav - sid=a-b.c tok\u00e9n A 1.mov 10:00:00:00 30 RIFF",
+                                        R"(POST /api/shoot/analyse-frames application/json - sid=a-b.c - - - - {"frames":[]})",
                                         R"(POST /auth/verify application/json live - - - - - {"code":" 123 456 ","email":"typed@example.org"})",
                                         "GET /api/shoot/sessions - - tracker=1 - - - - ",
-                                        "GET /api/ferro/a%20b%3Fc%23/:@%C3%A9/transcript - - - - - - - "}));
+                                        "GET /api/ferro/a%20b%3Fc%23%2F:@%C3%A9/transcript - - - - - - - "}));
+        QCOMPARE(APIService::transcriptUrl(server.url(), QStringLiteral("../x"))->path(QUrl::FullyEncoded), "/api/ferro/..%2Fx/transcript");
+        QCOMPARE(APIService::transcriptUrl(server.url(), QStringLiteral("..")), std::nullopt);
+    }
+
+    // Whatever the service words, a description is one line of bounded length.
+    void descriptionsAreBounded()
+    {
+        QCOMPARE(APIError::loginFailed(QString(5000, u'x')).description(), QString(APIError::maximumLength, u'x') + QChar(0x2026));
     }
 
     // How each operation judges an answer or its absence, and what stays stored afterwards.
@@ -76,7 +85,14 @@ private Q_SLOTS:
         HttpAnswer reply{data["status"].toInt(), {{"Content-Type", "application/json"}}, body};
         if (data.contains(QLatin1StringView("setCookie")))
             reply.headers.append({"Set-Cookie", data["setCookie"].toString().toUtf8()});
-        ScriptedServer scripted(reply);
+        // A redirect sends every request to a second server, which must never see one, or to
+        // "/moved", which gives the scripted answer.
+        ScriptedServer elsewhere;
+        const QStringList redirect = data["redirect"].toString().split(u' '); // "STATUS elsewhere" or "STATUS /moved"
+        const bool redirects = redirect.size() == 2;
+        const QString target = redirects && redirect[1] == u"elsewhere" ? elsewhere.url() + QStringLiteral("/moved") : QStringLiteral("/moved");
+        ScriptedServer scripted(redirects ? HttpAnswer{redirect[0].toInt(), {{"Location", target.toUtf8()}}, {}} : reply,
+                                {{QStringLiteral("/moved"), reply}});
         QTcpServer tcp;
         QVERIFY(tcp.listen(QHostAddress::LocalHost, 0));
         const QString socketUrl = QStringLiteral("http://127.0.0.1:%1").arg(tcp.serverPort());
@@ -87,10 +103,23 @@ private Q_SLOTS:
             QTcpSocket *socket = tcp.nextPendingConnection();
             if (server == u"garbage")
                 socket->write("SSH-2.0-OpenSSH\r\n\r\n");
+            if (server == u"huge")
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 1500000000\r\n\r\n{");
+            // A body that never ends: a byte or a 64 kB chunk every 50 ms.
+            if (server == u"drip" || server == u"flood") {
+                const bool drip = server == u"drip";
+                socket->write(drip ? "HTTP/1.1 200 OK\r\nContent-Length: 900\r\n\r\n" : "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n");
+                const QByteArray piece = drip ? " " : "10000\r\n" + QByteArray(65536, ' ') + "\r\n";
+                auto *timer = new QTimer(socket);
+                connect(timer, &QTimer::timeout, socket, [socket, piece] { socket->write(piece); });
+                timer->start(50);
+            }
         });
-        const APITimeLimits limits = server == u"silent" ? APITimeLimits{300ms, 300ms, 300ms, 300ms, 300ms, 300ms} : APITimeLimits{};
+        // A raw socket gets limits small enough for a test: 0.3 s and 1000 bytes per call.
+        const CallLimit small{300ms, 1000};
+        const APILimits limits = server.isEmpty() ? APILimits{} : APILimits{small, small, small, small, small, small};
         APIService api(url, testCredentials, limits);
-        awaitTask(api.keychainWrite(QStringLiteral("sid=earlier")));
+        awaitTask(api.keychainWrite(data["earlier"].toString(QStringLiteral("sid=earlier"))));
         const QString expected = data["error"].toString(QStringLiteral("none"));
         const QStringList kinds{"LoginFailed", "InvalidResponse", "Transport", "Parse"};
         for (const QJsonValue &operation : data.value(QLatin1StringView("operations")).toArray(QJsonArray{"code", "login", "sessions", "transcript", "audio", "frames"})) {
@@ -99,7 +128,10 @@ private Q_SLOTS:
             if (!expected.endsWith(u'*') || !error.startsWith(expected.chopped(1))) // "*": any description
                 QCOMPARE(operation.toString() + u' ' + error, operation.toString() + u' ' + expected);
         }
-        QCOMPARE(awaitTask(api.keychainRead()).value_or(QString()), data["stored"].toString(QStringLiteral("sid=earlier")));
+        QCOMPARE(awaitTask(api.keychainRead()).value_or(QString()), data["stored"].toString(data["earlier"].toString(QStringLiteral("sid=earlier"))));
+        QVERIFY2(elsewhere.seen().isEmpty(), "a request went to another origin");
+        if (data.contains(QLatin1StringView("requests")))
+            QCOMPARE(scripted.seen().size(), data["requests"].toInt());
     }
 };
 

@@ -31,12 +31,13 @@ struct SeenRequest {
     }
 };
 
-// A real HTTP server on loopback that gives every request the same scripted answer, for answers
-// the stand-in would never give.
+// A real HTTP server on loopback that gives every request the same scripted answer, or the one
+// scripted for its path, for answers the stand-in would never give.
 class ScriptedServer : public QAbstractHttpServer
 {
 public:
-    explicit ScriptedServer(HttpAnswer answer = HttpAnswer::json({})) : m_answer(std::move(answer))
+    explicit ScriptedServer(HttpAnswer answer = HttpAnswer::json({}), QHash<QString, HttpAnswer> byPath = {})
+        : m_answer(std::move(answer)), m_byPath(std::move(byPath))
     {
         m_port = listen(QHostAddress::LocalHost, 0);
         if (m_port == 0)
@@ -51,7 +52,7 @@ protected:
     {
         m_seen.append({request.method(), request.url().path(QUrl::FullyEncoded), request.headers(), request.body()});
         QHttpServerResponder responder = makeResponder(request, socket);
-        m_answer.writeTo(responder);
+        m_byPath.value(m_seen.last().path, m_answer).writeTo(responder);
         return true;
     }
     void missingHandler(const QHttpServerRequest &, QTcpSocket *) override {}
@@ -59,6 +60,7 @@ protected:
 private:
     quint16 m_port = 0;
     HttpAnswer m_answer;
+    QHash<QString, HttpAnswer> m_byPath;
     QList<SeenRequest> m_seen;
 };
 
