@@ -18,6 +18,8 @@ constexpr int trackTop = 10;
 constexpr int trackHeight = 22;
 constexpr int captionGap = 4;
 constexpr qreal reach = 4; // how far from a tick the pointer still names it
+// The amber of the ticks is 2.1:1 on the light window; as small text it darkens to 5.1:1.
+constexpr Rgb amberTextOnLight{150, 100, 0};
 
 QString framesText(qint64 frames, int rate)
 {
@@ -198,6 +200,6 @@ void CoverageStrip::paintEvent(QPaintEvent *)
     painter.drawText(captions, Qt::AlignLeft | Qt::AlignTop, m_startText);
     painter.drawText(captions, Qt::AlignRight | Qt::AlignTop, m_endText);
     if (m_warns)
-        painter.setPen(Theme::color(Theme::Colour::amber));
+        painter.setPen(Theme::color(Theme::isDark() ? Theme::Colour::amber : amberTextOnLight));
     painter.drawText(captions, Qt::AlignHCenter | Qt::AlignTop, m_summary);
 }
