@@ -40,6 +40,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
+#include <QToolTip>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -532,6 +533,9 @@ private Q_SLOTS:
         QTRY_VERIFY2_WITH_TIMEOUT(strip->isVisible() && screen.view->findChild<QWidget *>(u"footageRow"_s), "no coverage strip", screenWait);
         QCOMPARE(strip->accessibleName(), u"Coverage: 2 of 4 markers are on matched footage"_s);
         QVERIFY(strip->tickRect(3).top() < strip->tickRect(0).top()); // off the footage: raised
+        QHelpEvent hover(QEvent::ToolTip, strip->tickRect(3).center(), strip->mapToGlobal(strip->tickRect(3).center()));
+        QApplication::sendEvent(strip, &hover);
+        QCOMPARE(QToolTip::text(), u"Clip 10:00:12:00\nOn no matched footage"_s);
 
         QVERIFY2(screen.showTranscript(), "the transcript did not load");
         QScrollBar *scroll = screen.view->findChild<QScrollArea *>()->verticalScrollBar();
@@ -555,6 +559,12 @@ private Q_SLOTS:
         QCOMPARE(screen.view->notice()->shownReport().message,
                  u"Saved “cut.xml” in "_s + QDir::toNativeSeparators(screen.root) + u". 2 of 4 markers are on matched footage."_s);
         QVERIFY(!screen.view->notice()->hasFocus() && !screen.view->notice()->isAncestorOf(QApplication::focusWidget()));
+
+        screen.shell.desktop.saveAnswers = {screen.root + u"/missing/cut.edl"_s}; // a folder that is not there
+        withText(screen.view.get(), u"Save EDL"_s)->click();
+        QVERIFY(screen.view->notice()->shownReport().failed);
+        QVERIFY(screen.view->notice()->shownReport().message.startsWith(u"Could not save “cut.edl” in "_s));
+        QVERIFY(!withText(screen.view->notice(), u"Show in folder"_s)->isVisible());
     }
 
     // The keyboard picks and grades like the mouse, and the grade shows as a letter on the chip.
