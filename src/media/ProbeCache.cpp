@@ -62,7 +62,10 @@ QJsonObject toJson(const QString &path, const ProbeCache::Stamp &stamp, const Pr
 
 QString ProbeCache::platformLocation()
 {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::CacheLocation)).filePath(QStringLiteral("probe-cache.json"));
+    // One file for the application and the command-line tool, whose own cache folders differ by
+    // program name: a scan by either warms the other.
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation))
+        .filePath(QStringLiteral("vorlix-sync/probe-cache.json"));
 }
 
 ProbeCache::ProbeCache(QString file, QString ffprobe)

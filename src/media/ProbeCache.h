@@ -24,7 +24,7 @@ public:
         bool operator==(const Stamp &) const = default;
     };
 
-    // The cache file in this user's cache folder.
+    // The cache file in this user's cache folder, shared by the application and the CLI.
     static QString platformLocation();
 
     // Reads `file` now; an empty name keeps nothing. `ffprobe` identifies the tool the answers come from; answers of another

@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(clips, (QStringList{"A.mov: tc 09:59:00:00, fps 25, 64x36, 1 s", "B.MP4: fps 30, 64x36, 1 s"}));
 
         // The cache in the user's cache folder changes nothing the tool prints, with any number of jobs.
-        const QString cache = file("cache/vorlix-sync-cli/probe-cache.json");
+        const QString cache = file("cache/vorlix-sync/probe-cache.json");
         QVERIFY(!QFile::exists(cache));
         for (const char *jobs : {"1", "3"}) {
             const CliResult cached = runCli({"scan", "--jobs", jobs, file("footage")}, m_environment);
