@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QStringDecoder>
+#include <QTemporaryDir>
 #include <QUuid>
 #include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
@@ -26,8 +27,7 @@ namespace {
 const QString ffmpegMissing = QStringLiteral("ffmpeg not found - install via: brew install ffmpeg");
 const QString markersKey = QStringLiteral("markers");
 const QString wordsKey = QStringLiteral("transcript_words");
-// An extraction reads the whole file; half an hour leaves room for hours of footage on a slow disk.
-constexpr std::chrono::milliseconds extractionTimeLimit = std::chrono::minutes(30);
+const QString scratchTemplate = QStringLiteral("vorlix-analysis-XXXXXX");
 
 QString position(qsizetype index, qsizetype count)
 {
@@ -57,6 +57,11 @@ QString extractionFailedText(const QString &name)
 QString audioErrorText(const QString &name, const QString &description)
 {
     return name + QStringLiteral(" audio: Error - ") + description;
+}
+
+QString scratchFailedText(const QString &reason)
+{
+    return QStringLiteral("Cannot create a temporary folder: ") + reason;
 }
 
 QString wavName(qsizetype index)
@@ -109,6 +114,12 @@ QFuture<std::optional<QString>> startTimecodeOnToolPool(const ToolLocations &too
     return QtConcurrent::run(toolThreadPool(), [tools, path] { return MediaScanner(tools).getFileTimecode(path); });
 }
 
+QFuture<std::chrono::milliseconds> extractionTimeLimitOnToolPool(const ToolLocations &tools, const QString &path)
+{
+    return QtConcurrent::run(toolThreadPool(),
+                             [tools, path] { return Analysis::extractionTimeLimit(MediaScanner(tools).readDuration(path)); });
+}
+
 QFuture<int> loudestTrackOnToolPool(const ToolLocations &tools, const QString &path, const QString &ffmpeg)
 {
     return QtConcurrent::run(toolThreadPool(), [tools, path, ffmpeg] { return findLoudestAudioTrack(path, ffmpeg, tools); });
@@ -143,6 +154,14 @@ namespace Analysis {
 QString preparingText(qsizetype fileCount)
 {
     return QStringLiteral("Preparing %1 file%2...").arg(fileCount).arg(fileCount == 1 ? QString() : QStringLiteral("s"));
+}
+
+std::chrono::milliseconds extractionTimeLimit(double durationSeconds)
+{
+    using namespace std::chrono;
+    if (!(durationSeconds > 0) || durationSeconds > 1e6)
+        return minutes(30);
+    return minutes(1) + milliseconds(qint64(durationSeconds * 4000));
 }
 
 QString summaryLine(const QString &name, qint64 audioMarkers, qint64 visualMarkers, qint64 words)
@@ -295,8 +314,16 @@ QCoro::Task<AnalysisOutcome> AnalysisService::analyse(ShootSession session, QLis
 {
     Run run(std::move(onUpdate));
     run.start(Analysis::preparingText(files.size()));
+    // Owner-only and unique per run, so neither another run nor another user can read or plant
+    // our files; it goes with this frame, whichever way the run ends.
+    const QTemporaryDir scratch(QDir(m_tools.temporaryDirectory).filePath(scratchTemplate));
+    if (!scratch.isValid()) {
+        run.addResult(scratchFailedText(scratch.errorString()));
+        run.stop();
+        co_return AnalysisOutcome{run.results(), false};
+    }
     for (qsizetype i = 0; i < files.size(); ++i) {
-        QCoro::Task<bool> file = analyseFile(run, session, files[i], i, files.size());
+        QCoro::Task<bool> file = analyseFile(run, session, files[i], i, files.size(), scratch.path());
         const bool goOn = co_await std::move(file);
         if (!goOn)
             co_return AnalysisOutcome{run.results(), false};
@@ -307,13 +334,12 @@ QCoro::Task<AnalysisOutcome> AnalysisService::analyse(ShootSession session, QLis
 }
 
 QCoro::Task<bool> AnalysisService::analyseFile(Run &run, const ShootSession &session, const QUrl &file, qsizetype index,
-                                               qsizetype count)
+                                               qsizetype count, QString scratch)
 {
     const QString path = file.toLocalFile();
     const QString name = file.fileName();
     run.setProgress(extractingText(index, count, name));
-    const QString wav = m_tools.temporaryFile(wavName(index));
-    QFile::remove(wav);
+    const QString wav = QDir(scratch).filePath(wavName(index));
 
     const std::optional<QString> ffmpeg = m_tools.existingFFmpeg();
     if (!ffmpeg) {
@@ -324,10 +350,15 @@ QCoro::Task<bool> AnalysisService::analyseFile(Run &run, const ShootSession &ses
 
     QFuture<std::optional<QString>> startLookup = startTimecodeOnToolPool(m_tools, path);
     const std::optional<QString> start = co_await startLookup;
-    QFuture<int> trackChoice = loudestTrackOnToolPool(m_tools, path, *ffmpeg);
+    QFuture<std::chrono::milliseconds> timeLimitLookup = extractionTimeLimitOnToolPool(m_tools, path);
+    const std::chrono::milliseconds timeLimit = co_await timeLimitLookup;
+    // The level checks' scratch files stay inside the run's folder too.
+    ToolLocations privateTools = m_tools;
+    privateTools.temporaryDirectory = scratch;
+    QFuture<int> trackChoice = loudestTrackOnToolPool(privateTools, path, *ffmpeg);
     const int track = co_await trackChoice;
     QFuture<ToolRun> extraction = runToolAsync(*ffmpeg, audioArguments(path, track, wav), ToolOutput::NullDevice,
-                                               ToolOutput::NullDevice, extractionTimeLimit);
+                                               ToolOutput::NullDevice, timeLimit);
     const ToolRun extracted = co_await extraction;
     if (!extracted.launched || extracted.exitStatus != 0 || !QFile::exists(wav)) {
         run.addResult(extractionFailedText(name));
@@ -352,7 +383,8 @@ QCoro::Task<bool> AnalysisService::analyseFile(Run &run, const ShootSession &ses
     }
 
     run.setProgress(visualText(index, count, name));
-    QCoro::Task<qint64> frames = analyseFrames(session, path, name, *ffmpeg, index, start);
+    QCoro::Task<qint64> frames = analyseFrames(session, path, name, *ffmpeg, QDir(scratch).filePath(framesFolderName(index)),
+                                               start, timeLimit);
     counts.visualMarkers = co_await std::move(frames);
 
     run.addResult(Analysis::summaryLine(name, counts.audioMarkers, counts.visualMarkers, counts.words));
@@ -361,14 +393,13 @@ QCoro::Task<bool> AnalysisService::analyseFile(Run &run, const ShootSession &ses
 }
 
 QCoro::Task<qint64> AnalysisService::analyseFrames(const ShootSession &session, const QString &path, const QString &name,
-                                                   const QString &ffmpeg, qsizetype index, std::optional<QString> start)
+                                                   const QString &ffmpeg, QString folder, std::optional<QString> start,
+                                                   std::chrono::milliseconds timeLimit)
 {
-    const QString folder = m_tools.temporaryFile(framesFolderName(index));
-    removeFolder(folder);
     QDir().mkpath(folder);
 
     QFuture<ToolRun> extraction = runToolAsync(ffmpeg, frameArguments(path, folder), ToolOutput::NullDevice,
-                                               ToolOutput::Captured, extractionTimeLimit);
+                                               ToolOutput::Captured, timeLimit);
     const ToolRun extracted = co_await extraction;
     QFuture<QJsonArray> encoding = frameRecordsOnToolPool(folder, Analysis::frameTimesFromLog(extracted.standardError),
                                                           start, session.fps);

@@ -9,6 +9,7 @@
 #include <QList>
 #include <QStringList>
 #include <QUrl>
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -36,6 +37,10 @@ inline constexpr int framesPerRequest = 20;
 inline constexpr int newSessionFps = 25;
 
 QString preparingText(qsizetype fileCount);
+// How long one extraction of a file `durationSeconds` long may run: a minute plus four times its
+// length (scene detection decodes every frame, on a slow machine below real time), half an hour
+// when the length is unknown.
+std::chrono::milliseconds extractionTimeLimit(double durationSeconds);
 // NAME: A audio + V visual markers (W words)
 QString summaryLine(const QString &name, qint64 audioMarkers, qint64 visualMarkers, qint64 words);
 
@@ -77,11 +82,12 @@ public:
 private:
     class Run;
 
-    // False when the run must end (ffmpeg missing).
+    // False when the run must end (ffmpeg missing). Working files go into the run's `scratch`.
     QCoro::Task<bool> analyseFile(Run &run, const ShootSession &session, const QUrl &file, qsizetype index,
-                                  qsizetype count);
+                                  qsizetype count, QString scratch);
     QCoro::Task<qint64> analyseFrames(const ShootSession &session, const QString &path, const QString &name,
-                                      const QString &ffmpeg, qsizetype index, std::optional<QString> start);
+                                      const QString &ffmpeg, QString folder, std::optional<QString> start,
+                                      std::chrono::milliseconds timeLimit);
 
     APIService &m_api;
     ToolLocations m_tools;
