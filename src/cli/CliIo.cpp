@@ -7,14 +7,35 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace CliIo {
 
+namespace {
+
+// Standard output is one per process, and so is its failure.
+bool outputFailed = false;
+
+} // namespace
+
 void printOut(const QByteArray &bytes)
 {
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-    std::fflush(stdout);
+    if (outputFailed)
+        return;
+    errno = 0;
+    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) == size_t(bytes.size()) && std::fflush(stdout) == 0)
+        return;
+    outputFailed = true;
+    const int reason = errno;
+    printError(QStringLiteral("standard output: %1\n")
+                   .arg(reason != 0 ? QString::fromLocal8Bit(std::strerror(reason)) : QStringLiteral("write failed")));
+}
+
+bool outputIsComplete()
+{
+    return !outputFailed;
 }
 
 void printError(const QString &text)

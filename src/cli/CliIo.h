@@ -8,7 +8,12 @@
 // The tool's input and output: JSON files in, documents and JSON out.
 namespace CliIo {
 
+// Writes to stdout and checks that every byte went out. The first failure (a full disk, a closed
+// pipe) is reported on stderr as one line; later writes are skipped, since the output is already
+// incomplete.
 void printOut(const QByteArray &bytes);
+// False once a write to stdout failed: the run must not end with success.
+bool outputIsComplete();
 void printError(const QString &text);
 
 // The parsed contents of a JSON file; on failure `error` names the file and the problem.

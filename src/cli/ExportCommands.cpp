@@ -12,6 +12,7 @@
 #include "export/Subtitles.h"
 #include "model/RecordJson.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <functional>
@@ -30,6 +31,9 @@ const QCommandLineOption transcriptOption("transcript"_L1,
                                           "FILE"_L1);
 const QCommandLineOption xmlPathOption("xml-path"_L1, "Path of the marker XML the script imports."_L1, "PATH"_L1);
 
+// The session every export command works on. A session file written by hand may hold what no
+// document can carry: a frame rate of zero or below is refused, and a clip path relative to the
+// current folder is made absolute, since the documents address clips by file URL.
 std::optional<ShootSession> readSession(const CliContext &context, const QCommandLineParser &parser, int *status)
 {
     QString error;
@@ -38,8 +42,18 @@ std::optional<ShootSession> readSession(const CliContext &context, const QComman
     std::optional<ShootSession> session;
     if (json)
         session = RecordJson::sessionFromJson(*json, &error);
-    if (!session)
+    if (session && session->fps <= 0) {
+        error = "the frame rate %1 is not a positive whole number"_L1.arg(QString::number(session->fps));
+        session.reset();
+    }
+    if (!session) {
         *status = context.fail(json ? "%1: not a session: %2"_L1.arg(path, error) : error);
+        return session;
+    }
+    for (MediaClip &clip : session->matchedClips) {
+        if (!clip.path.isEmpty() && QDir::isRelativePath(clip.path))
+            clip.path = QDir::current().absoluteFilePath(clip.path);
+    }
     return session;
 }
 

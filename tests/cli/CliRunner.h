@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTest>
+#include <functional>
 
 // The keyring item the tool keeps its login in when a test program runs it: one of the
 // program's own, so that a test run never signs the application out.
@@ -23,13 +24,16 @@ struct CliResult {
 };
 
 // Runs the built vorlix-sync-cli (its path comes from CTest) the way a script would, with its
-// login in cliCredentials().
-inline CliResult runCli(const QStringList &arguments, QProcessEnvironment environment = QProcessEnvironment::systemEnvironment())
+// login in cliCredentials(); `prepare` may set up the process further (output, working folder).
+inline CliResult runCli(const QStringList &arguments, QProcessEnvironment environment = QProcessEnvironment::systemEnvironment(),
+                        const std::function<void(QProcess &)> &prepare = {})
 {
     environment.insert(QStringLiteral("VORLIX_KEYRING_SERVICE"), cliCredentials().service());
     environment.insert(QStringLiteral("VORLIX_KEYRING_ACCOUNT"), cliCredentials().account());
     QProcess process;
     process.setProcessEnvironment(environment);
+    if (prepare)
+        prepare(process);
     process.start(qEnvironmentVariable("VORLIX_CLI"), arguments);
     process.closeWriteChannel();
     if (!process.waitForFinished(120000)) {

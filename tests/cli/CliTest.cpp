@@ -1,10 +1,21 @@
 #include "CliRunner.h"
 #include "support/TestData.h"
 
-// The tool's usage and its reading of input files, case by case from tests/data/cli/cases.json.
+#include <QTemporaryDir>
+#include <sys/resource.h>
+#include <unistd.h>
+
+// The tool's usage, its reading of input files and its writing of output, case by case from
+// tests/data/cli/cases.json.
 class CliTest : public QObject
 {
     Q_OBJECT
+
+    static bool writeFile(const QString &path, const QByteArray &bytes)
+    {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    }
 
 private Q_SLOTS:
     void usage_data() { addJsonCases(QStringLiteral("cli/cases.json"), QStringLiteral("usage")); }
@@ -45,6 +56,51 @@ private Q_SLOTS:
         QCOMPARE(result.err.count('\n'), 1);
         QCOMPARE(result.exitCode, 1);
         QVERIFY(result.out.isEmpty());
+    }
+
+    void output_data() { addJsonCases(QStringLiteral("cli/cases.json"), QStringLiteral("output")); }
+
+    // A write that fails ends the run with status 1 and one line naming the output and the
+    // system's reason; a file that cannot be written whole keeps its old contents, and a device
+    // stays a device.
+    void output()
+    {
+        QFETCH(QJsonObject, data);
+        QTemporaryDir work;
+        const QString out = work.filePath(QStringLiteral("out"));
+        QVERIFY(work.isValid() && writeFile(out, "old"));
+        const auto paths = [&](QString text) {
+            return text.replace(QLatin1String("OUT"), out).replace(QLatin1String("DATA"), testDataPath(QStringLiteral("cli"))).replace(QLatin1String("WORK"), work.path());
+        };
+        QStringList arguments;
+        for (const QVariant &argument : data["arguments"].toVariant().toList())
+            arguments.append(paths(argument.toString()));
+        int pipeEnds[2];
+        QVERIFY(::pipe(pipeEnds) == 0);
+        ::close(pipeEnds[0]); // nobody will ever read this pipe
+        const QString stdoutTarget = data["stdout"].toString();
+        const rlim_t fileSizeLimit = data["fileSizeLimit"].toInteger(RLIM_INFINITY);
+        const CliResult result = runCli(arguments, QProcessEnvironment::systemEnvironment(), [&](QProcess &process) {
+            process.setWorkingDirectory(work.path());
+            if (stdoutTarget.startsWith(u'/'))
+                process.setStandardOutputFile(stdoutTarget);
+            process.setChildProcessModifier([&] {
+                const rlimit limit{fileSizeLimit, fileSizeLimit};
+                ::setrlimit(RLIMIT_FSIZE, &limit);
+                if (stdoutTarget == u"closed pipe")
+                    ::dup2(pipeEnds[1], STDOUT_FILENO);
+            });
+        });
+        ::close(pipeEnds[1]);
+        QCOMPARE(QString::fromUtf8(result.err), paths(data["err"].toString()));
+        QCOMPARE(result.exitCode, data["status"].toInt());
+        QFile written(out);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        const QByteArray contents = written.readAll();
+        if (data.contains(QLatin1StringView("out")))
+            QCOMPARE(contents, data["out"].toString().toUtf8());
+        QVERIFY2(contents.contains(paths(data["contains"].toString()).toUtf8()), contents.constData());
+        QVERIFY2(!QFileInfo(QStringLiteral("/dev/full")).isFile(), "/dev/full was replaced by a file");
     }
 };
 
