@@ -55,11 +55,27 @@ constexpr QLatin1String rest = R"(};
     }
 })();)"_L1;
 
+// The path as the body of a single-quoted script string: backslash and quote escaped, and every
+// control character and line or paragraph separator (a line break ends a string literal) as a
+// \uXXXX escape, so any file name the system allows gives a valid script.
+QString scriptString(const QString &text)
+{
+    QString escaped;
+    escaped.reserve(text.size() + 8);
+    for (QChar c : text) {
+        if (c == u'\\' || c == u'\'')
+            escaped += u'\\';
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f || c.unicode() == 0x2028 || c.unicode() == 0x2029)
+            escaped += "\\u"_L1 + QString::number(c.unicode(), 16).rightJustified(4, u'0');
+        else
+            escaped += c;
+    }
+    return escaped;
+}
+
 } // namespace
 
 QString premiereScript(const QString &xmlPath)
 {
-    QString escapedPath = xmlPath;
-    escapedPath.replace(u'\\', "\\\\"_L1).replace(u'\'', "\\'"_L1);
-    return beforePath + escapedPath + beforeEntries + colorMapEntries + rest;
+    return beforePath + scriptString(xmlPath) + beforeEntries + colorMapEntries + rest;
 }

@@ -7,6 +7,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// Event lines are fields separated by spaces, one event a line: a timecode from the service is
+// written as stored only as far as it keeps that shape.
+QString eventTimecode(const QString &timecode)
+{
+    return safeASCII(timecode).remove(u' ');
+}
+
+} // namespace
+
 QString generateResolveEDL(const ShootSession &session)
 {
     QString text;
@@ -16,8 +27,8 @@ QString generateResolveEDL(const ShootSession &session)
     text += u"\nFCM: NON-DROP FRAME\n\n"_s;
     for (qsizetype i = 0; i < session.markers.size(); ++i) {
         const ShootMarker &marker = session.markers[i];
-        const QString &in = marker.timecode;
-        const QString out = marker.timecodeOut ? *marker.timecodeOut : ClipMatcher::nudgeTC(marker.timecode, 1, session.fps);
+        const QString in = eventTimecode(marker.timecode);
+        const QString out = eventTimecode(marker.timecodeOut ? *marker.timecodeOut : ClipMatcher::nudgeTC(marker.timecode, 1, session.fps));
         const QString name = safeXML(markerLabel(marker));
         const QString quote = marker.quote ? u" -- \""_s + safeXML(*marker.quote) + u'"' : QString();
 

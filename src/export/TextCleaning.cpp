@@ -69,5 +69,6 @@ QString jsonEscaped(QStringView text)
 
 QString percentEncodedPath(const QString &path)
 {
-    return QString::fromLatin1(path.toUtf8().toPercentEncoding("!$&'()*+,;=:@/"));
+    const QString encoded = QString::fromLatin1(path.toUtf8().toPercentEncoding("!$&'()*+,;=:@/"));
+    return encoded.startsWith(u'/') ? encoded : u'/' + encoded;
 }

@@ -21,6 +21,8 @@ QString xmlEscaped(QStringView text);
 // been through safeASCII or percent-encoding, so no control character is left to escape.
 QString jsonEscaped(QStringView text);
 
-// The path percent-encoded with the URL path character set: unreserved characters, the
-// sub-delimiters, ":", "@" and "/" stay; every other UTF-8 byte becomes %XX.
+// The path of a file URL: the path percent-encoded with the URL path character set (unreserved
+// characters, the sub-delimiters, ":", "@" and "/" stay; every other UTF-8 byte becomes %XX),
+// starting with "/" even when the path does not (a drive letter, a relative path), so that
+// "file://" and a host before it always form a well-formed URL.
 QString percentEncodedPath(const QString &path);

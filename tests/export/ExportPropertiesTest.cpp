@@ -1,7 +1,9 @@
 // Many generated sessions full of hostile text and absurd numbers: whatever goes in, every xmeml
-// document must parse as XML, every OTIO document as JSON with the names intact, and every EDL
-// line must keep its shape.
+// document must parse as XML, every OTIO document as JSON with the names intact, every file URL
+// must be well formed, every EDL line must keep its shape, and the script must carry the path
+// exactly in one string.
 #include "export/OtioTimeline.h"
+#include "export/PremiereScript.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
@@ -29,6 +31,7 @@ const QStringList hostilePieces = {
 const QStringList oddTimecodes = {
     u"10:00:00:00"_s, u"00:59:59:24"_s, u"1:2:3"_s, u"bad"_s, u""_s, u"01:00:00;12"_s, u"-5:00:00:00"_s,
     u"99999999:00:00:00"_s, u"-9000000000000000:00:00:00"_s, u"0&1:<2>:\"3\":'4'"_s, u"10:00:10:00:05"_s,
+    u"10:00\n00:00"_s, u"10:00:00:00\r\n|C:x"_s, u" 10 00 "_s, u"\t"_s, u"10:00:00:00\u2028"_s,
 };
 
 const QStringList types = {u"log"_s, u"inout"_s, u"earmark"_s, u"gv"_s, u"retake"_s, u"b-roll"_s, u""_s, u"Log"_s, u"<x>"_s, u"é"_s};
@@ -69,7 +72,8 @@ struct Generator {
                               .createdAt = QDateTime::fromSecsSinceEpoch(below(1000), Qt::UTC)});
         for (int i = chance(30) ? 0 : below(8); i > 0; --i) {
             const QString name = text();
-            s.matchedClips.append({.id = QString::number(i), .path = u'/' + text() + u'/' + name, .filename = name,
+            const QString folder = chance(20) ? text() : u'/' + text(); // relative now and then
+            s.matchedClips.append({.id = QString::number(i), .path = folder + u'/' + name, .filename = name,
                                    .timecode = maybe(85, &Generator::timecode), .duration = pick(durations),
                                    .width = pick(QList<std::optional<int>>{{}, 3840}), .height = pick(QList<std::optional<int>>{{}, 2160}),
                                    .detectedFps = pick(QList<std::optional<int>>{{}, 24, 25, 50})});
@@ -77,6 +81,34 @@ struct Generator {
         return s;
     }
 };
+
+// The single-quoted string after "new File(" as the script reads it, when it closes on its own
+// line before "');".
+std::optional<QString> scriptPath(const QString &script)
+{
+    QString path;
+    for (qsizetype i = script.indexOf("new File('"_L1) + 10; i < script.size(); ++i) {
+        const QChar c = script[i];
+        if (c == u'\'')
+            return script.mid(i, 4) == "');\n"_L1 ? std::optional(path) : std::nullopt;
+        if (c == u'\n' || c == u'\r' || c == QChar(0x2028) || c == QChar(0x2029))
+            return std::nullopt;
+        if (c != u'\\') {
+            path += c;
+        } else if (script[++i] == u'u') {
+            path += QChar(script.mid(i + 1, 4).toUShort(nullptr, 16));
+            i += 4;
+        } else {
+            path += script[i];
+        }
+    }
+    return std::nullopt;
+}
+
+bool isFileURL(const QString &url, const QString &prefix)
+{
+    return url.startsWith(prefix) && QUrl(url, QUrl::StrictMode).isValid();
+}
 
 } // namespace
 
@@ -106,8 +138,12 @@ private Q_SLOTS:
             }
             for (const QString &document : {generatePremiereXML(session, 1 + generate.below(3)), generateSelectsXML(session, picked, grades, {})}) {
                 QXmlStreamReader reader(document);
-                while (!document.isEmpty() && !reader.atEnd())
-                    reader.readNext();
+                while (!document.isEmpty() && !reader.atEnd()) {
+                    if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "pathurl"_L1) {
+                        const QString url = reader.readElementText();
+                        QVERIFY2(isFileURL(url, u"file://localhost/"_s), qPrintable(where + url));
+                    }
+                }
                 QVERIFY2(!reader.hasError(), qPrintable(where + reader.errorString() + u" on line "_s + QString::number(reader.lineNumber())));
             }
 
@@ -131,6 +167,8 @@ private Q_SLOTS:
             } else {
                 QVERIFY2(!children.isEmpty(), qPrintable(where + u"no clip on the track"_s));
                 for (const QJsonValue &clip : children) {
+                    const QString url = clip["media_reference"_L1]["target_url"_L1].toString();
+                    QVERIFY2(isFileURL(url, u"file:///"_s), qPrintable(where + url));
                     const auto named = [&](const MediaClip &c) { return safeASCII(c.filename) == clip["name"_L1].toString(); };
                     QVERIFY2(std::any_of(session.matchedClips.begin(), session.matchedClips.end(), named),
                              qPrintable(where + u"no clip is named "_s + clip["name"_L1].toString()));
@@ -138,7 +176,7 @@ private Q_SLOTS:
             }
 
             // Every EDL line has one of the shapes, and the events are numbered in order with their
-            // timecodes as stored; the text ends with a line feed, so the last piece is empty.
+            // timecodes as stored as far as they are printable ASCII without spaces; the text ends with a line feed, so the last piece is empty.
             const QStringList lines = generateResolveEDL(session).split(u'\n');
             const bool framed = lines[0].startsWith("TITLE: "_L1) && lines.mid(1, 2) == QStringList{u"FCM: NON-DROP FRAME"_s, QString()};
             QVERIFY2(framed && lines.last().isEmpty(), qPrintable(where + u"header or end"_s));
@@ -151,8 +189,11 @@ private Q_SLOTS:
                     events.append(match.captured(1) + u' ' + match.captured(2));
             }
             for (qsizetype m = 0; m < session.markers.size(); ++m)
-                expected.append(QString::asprintf("%03lld ", qlonglong(m + 1)) + session.markers[m].timecode);
+                expected.append(QString::asprintf("%03lld ", qlonglong(m + 1)) + safeASCII(session.markers[m].timecode).remove(u' '));
             QCOMPARE(events, expected);
+
+            const QString path = session.matchedClips.isEmpty() ? generate.text() : session.matchedClips.first().path;
+            QCOMPARE(scriptPath(premiereScript(path)), std::optional(path));
         }
     }
 };
