@@ -113,9 +113,11 @@ void SignedInView::dragEnterEvent(QDragEnterEvent *event)
     if (m_state.isScanning() || droppedFolder(*event->mimeData()).isEmpty())
         return;
     event->acceptProposedAction();
+    // A veil of the window's colour, so the line reads over whatever the screens show.
+    QColor veil = palette().color(QPalette::Window);
+    veil.setAlpha(225);
     m_dropHighlight->setStyleSheet(QStringLiteral("QLabel { background: %1; border: 2px solid %2; border-radius: 12px; color: %3; }")
-                                       .arg(Theme::css(Theme::Colour::indigo, 36), Theme::css(Theme::Colour::indigo),
-                                            Theme::css(Theme::indigoText())));
+                                       .arg(Theme::css(veil), Theme::css(Theme::Colour::indigo), Theme::css(Theme::indigoText())));
     m_dropHighlight->setGeometry(rect().adjusted(8, 8, -8, -8));
     m_dropHighlight->raise();
     m_dropHighlight->show();
