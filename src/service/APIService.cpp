@@ -69,11 +69,11 @@ bool isTransportFailure(QNetworkReply::NetworkError error, bool hasStatus, bool 
     return !hasStatus || (error < QNetworkReply::ContentAccessDenied && !readsCutOffAnswers);
 }
 
-// Watches one reply for its call and ends it, remembering why, when the service redirects it (the
-// credential and the login exchange go nowhere else; Qt re-sends a redirected request unreliably,
-// so even a redirect within the origin is not followed), when it outlives the call's time, or when
-// its answer grows past the call's size. Lives in the awaiting coroutine's frame, so nothing of it fires once the call
-// is over.
+// Watches one reply for its call and ends it, remembering why: when the service redirects it (the
+// credential and the login exchange go nowhere else; even a redirect within the origin is not
+// followed, as Qt 6.4 at times sent a followed request twice), when it outlives the call's time,
+// or when its answer grows past the call's size. Lives in the awaiting coroutine's frame, so
+// nothing of it fires once the call is over.
 class ReplyGuard
 {
 public:
