@@ -33,7 +33,8 @@ EditorLocations EditorLocations::forThisPlatform()
              "/Applications/Adobe Premiere Pro CC/Adobe Premiere Pro CC.app"_L1,
              "/Applications/Adobe Premiere Pro/Adobe Premiere Pro.app"_L1},
             {"/Applications/DaVinci Resolve/DaVinci Resolve.app"_L1,
-             "/Applications/DaVinci Resolve Studio/DaVinci Resolve Studio.app"_L1}};
+             "/Applications/DaVinci Resolve Studio/DaVinci Resolve Studio.app"_L1},
+            {"/Applications/Final Cut Pro.app"_L1, "/Applications/Final Cut Pro Trial.app"_L1}};
 #elif defined(Q_OS_WIN)
     return {{"C:/Program Files/Adobe/Adobe Premiere Pro 2026/Adobe Premiere Pro.exe"_L1,
              "C:/Program Files/Adobe/Adobe Premiere Pro 2025/Adobe Premiere Pro.exe"_L1,
@@ -79,6 +80,11 @@ bool EditorHandoff::hasResolve() const
     return firstExisting(m_locations.davinciResolve).has_value();
 }
 
+bool EditorHandoff::hasFinalCutPro() const
+{
+    return firstExisting(m_locations.finalCutPro).has_value();
+}
+
 QString EditorHandoff::temporaryFile(const QString &name) const
 {
     return QDir(m_temporaryDirectory).filePath(name);
@@ -107,6 +113,15 @@ bool EditorHandoff::openSelectsInPremiere(const QString &selectsXML) const
     const QString path = temporaryFile(ExportFiles::selectsXML);
     const bool written = writeFileAtomically(path, selectsXML.toUtf8());
     openInPremiereOrDefault(path, path);
+    return written;
+}
+
+bool EditorHandoff::openInFinalCutPro(const QString &fcpxml) const
+{
+    const QString path = temporaryFile(ExportFiles::markersFCPXML);
+    const bool written = writeFileAtomically(path, fcpxml.toUtf8());
+    if (const auto finalCut = firstExisting(m_locations.finalCutPro))
+        m_workspace.openWithApplication(path, *finalCut);
     return written;
 }
 

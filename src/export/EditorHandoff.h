@@ -16,6 +16,11 @@ inline const QString markersXML = QStringLiteral("vorlix-markers.xml");
 inline const QString selectsXML = QStringLiteral("vorlix-selects.xml");
 inline const QString sessionOTIO = QStringLiteral("vorlix-session.otio");
 inline const QString premiereScript = QStringLiteral("vorlix-premiere.jsx");
+inline const QString markersFCPXML = QStringLiteral("vorlix-markers.fcpxml");
+inline const QString markersAvid = QStringLiteral("vorlix-markers-avid.txt");
+inline const QString markersCSV = QStringLiteral("vorlix-markers.csv");
+inline const QString transcriptSRT = QStringLiteral("vorlix-transcript.srt");
+inline const QString transcriptVTT = QStringLiteral("vorlix-transcript.vtt");
 
 // `path` with its file name's extension made exactly `extension` (case-sensitive): replaced when
 // different, appended when there is none. markers.txt gives markers.edl, session.EDL session.edl.
@@ -26,6 +31,7 @@ QString withExtension(const QString &path, const QString &extension);
 struct EditorLocations {
     QStringList premierePro;
     QStringList davinciResolve;
+    QStringList finalCutPro{}; // only macOS has it
 
     static EditorLocations forThisPlatform();
 };
@@ -43,6 +49,7 @@ public:
 
     bool hasPremiere() const;
     bool hasResolve() const;
+    bool hasFinalCutPro() const;
     // Where the hand-off writes the file named `name`.
     QString temporaryFile(const QString &name) const;
 
@@ -54,6 +61,10 @@ public:
     // Writes the selects sequence to the temporary directory and opens it in Premiere Pro, or
     // with the default handler. False when it could not be written.
     bool openSelectsInPremiere(const QString &selectsXML) const;
+
+    // Writes the FCPXML document to the temporary directory and opens it in Final Cut Pro, which
+    // imports it; nothing is opened without Final Cut Pro. False when it could not be written.
+    bool openInFinalCutPro(const QString &fcpxml) const;
 
     // Starts DaVinci Resolve without a file; nothing happens when it is not installed.
     void launchResolve() const;

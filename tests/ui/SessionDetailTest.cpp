@@ -7,11 +7,15 @@
 #include "ShellFixture.h"
 #include "support/TestData.h"
 
+#include "export/AvidMarkerList.h"
+#include "export/CsvMarkerList.h"
 #include "export/EditorHandoff.h"
+#include "export/FcpXml.h"
 #include "export/OtioTimeline.h"
 #include "export/PremiereXml.h"
 #include "export/ResolveEdl.h"
 #include "export/SelectsXml.h"
+#include "export/Subtitles.h"
 #include "model/RecordJson.h"
 #include "state/SessionLibrary.h"
 #include "ui/detail/AnalysisState.h"
@@ -33,6 +37,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScopeGuard>
@@ -118,6 +123,35 @@ QStringList menuEntries(QMenu *menu)
     return action;
 }
 
+// Clicks the visible button showing `text`, else picks the Export menu's entry of that name.
+[[nodiscard]] bool press(const QWidget *root, const QString &text)
+{
+    if (QPushButton *button = withText(root, text); button && button->isVisible()) {
+        button->click();
+        return true;
+    }
+    QAction *entry = withText<QAction>(root->findChild<QToolButton *>(u"exportMenu"_s)->menu(), text);
+    if (entry)
+        entry->trigger();
+    return entry;
+}
+
+// What the control showing `text` writes for the harbour session, which has no clip to probe.
+QString documentOf(const QString &text, const QList<TranscriptSegment> &utterances)
+{
+    if (text.contains(u"Resolve"_s))
+        return text.startsWith(u"EDL"_s) ? generateResolveEDL(harbour()) : generateOTIO(harbour());
+    if (text.contains(u"Final Cut"_s))
+        return generateFCPXML(harbour(), {});
+    if (text.startsWith(u"Avid"_s))
+        return generateAvidMarkerList(harbour());
+    if (text.startsWith(u"CSV"_s))
+        return generateMarkerCSV(harbour());
+    if (text.contains(u"subtitles"_s))
+        return text.startsWith(u"SubRip"_s) ? generateSRT(harbour(), utterances) : generateWebVTT(harbour(), utterances);
+    return generatePremiereXML(harbour(), 1);
+}
+
 } // namespace
 
 class SessionDetailTest : public QObject
@@ -131,7 +165,7 @@ class SessionDetailTest : public QObject
             : root(shell.dir.filePath(u"root"_s)), temp(root + u"/it's tmp"_s), apps(root + u"/Applications"_s)
         {
             QDir().mkpath(temp);
-            for (const QString &app : {u"Premiere 2025"_s, u"DaVinci Resolve Studio"_s}) // installed; the others are not
+            for (const QString &app : {u"Premiere 2025"_s, u"DaVinci Resolve Studio"_s, u"Final Cut Pro"_s}) // installed; the others are not
                 QDir().mkpath(apps + u'/' + app);
             shell.state.setSessions({harbour(), second});
             shell.state.setSelectedSession(harbour());
@@ -154,7 +188,8 @@ class SessionDetailTest : public QObject
                     analysis.setAnalyseProgress(QString());
                 },
                 {workspace, temp,
-                 EditorLocations{{apps + u"/Premiere 2026"_s, apps + u"/Premiere 2025"_s}, {apps + u"/DaVinci Resolve"_s, apps + u"/DaVinci Resolve Studio"_s}},
+                 EditorLocations{{apps + u"/Premiere 2026"_s, apps + u"/Premiere 2025"_s}, {apps + u"/DaVinci Resolve"_s, apps + u"/DaVinci Resolve Studio"_s},
+                                 {apps + u"/Final Cut Pro"_s}},
                  ToolLocations::platformDefault()},
                 u"shoot.example.org"_s};
             view = std::make_unique<SessionDetailView>(shell.state, shell.desktop, environment, pending);
@@ -443,9 +478,10 @@ private Q_SLOTS:
         QVERIFY(screen.selected().isEmpty() && !section->isVisible());
     }
 
-    // Each button writes the session's document: through a save panel (cancelled once first) or into
-    // the hand-off's folder, opens it where the row says, and says in the notice what it wrote
-    // where. Without the application the hand-off saves through the panel instead.
+    // Each button and Export menu entry writes the session's document: through a save panel
+    // (cancelled once first) or into the hand-off's folder, opens it where the row says, and says
+    // in the notice what it wrote where. Without the application the hand-off saves through the
+    // panel instead.
     void exports_data()
     {
         QTest::addColumn<QString>("button");
@@ -454,9 +490,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("written");
         QTest::addColumn<QString>("launched");
         QTest::addColumn<QString>("notice");
-        QTest::newRow("EDL, extension replaced") << u"Save EDL"_s << true << u"markers.txt"_s << u"ROOT/markers.edl"_s << QString()
+        QTest::newRow("EDL, extension replaced") << u"EDL for DaVinci Resolve…"_s << true << u"markers.txt"_s << u"ROOT/markers.edl"_s << QString()
                                                  << u"Saved “markers.edl” in ROOT."_s;
-        QTest::newRow("XML as chosen") << u"Save XML"_s << true << u"cut.xml"_s << u"ROOT/cut.xml"_s << QString() << u"Saved “cut.xml” in ROOT."_s;
+        QTest::newRow("XML as chosen") << u"Premiere Pro XML…"_s << true << u"cut.xml"_s << u"ROOT/cut.xml"_s << QString() << u"Saved “cut.xml” in ROOT."_s;
         QTest::newRow("OTIO, then Resolve") << u"Open in DaVinci Resolve"_s << true << u"timeline"_s << u"ROOT/timeline.otio"_s
                                             << u"launch APPS/DaVinci Resolve Studio"_s << u"Saved “timeline.otio” in ROOT."_s;
         QTest::newRow("OTIO, no Resolve") << u"Open in DaVinci Resolve"_s << false << u"timeline"_s << u"ROOT/timeline.otio"_s << QString()
@@ -471,6 +507,17 @@ private Q_SLOTS:
                                              << u"Opened “vorlix-selects.xml” in TEMP in Premiere Pro."_s;
         QTest::newRow("selects, no Premiere") << u"Open selects in Premiere Pro"_s << false << u"picks.xml"_s << u"ROOT/picks.xml"_s << QString()
                                               << u"Saved “picks.xml” in ROOT. Premiere Pro is not installed here."_s;
+        QTest::newRow("Final Cut Pro") << u"Open in Final Cut Pro"_s << true << QString() << u"TEMP/vorlix-markers.fcpxml"_s
+                                       << u"open TEMP/vorlix-markers.fcpxml with APPS/Final Cut Pro"_s << u"Opened “vorlix-markers.fcpxml” in TEMP in Final Cut Pro."_s;
+        QTest::newRow("no Final Cut Pro: saved") << u"Open in Final Cut Pro"_s << false << u"cut"_s << u"ROOT/cut.fcpxml"_s << QString()
+                                                 << u"Saved “cut.fcpxml” in ROOT. Final Cut Pro is not installed here."_s;
+        QTest::newRow("FCPXML") << u"Final Cut Pro XML…"_s << true << u"cut.xml"_s << u"ROOT/cut.fcpxml"_s << QString() << u"Saved “cut.fcpxml” in ROOT."_s;
+        QTest::newRow("Avid") << u"Avid Media Composer markers…"_s << true << u"avid"_s << u"ROOT/avid.txt"_s << QString() << u"Saved “avid.txt” in ROOT."_s;
+        QTest::newRow("CSV") << u"CSV marker list…"_s << true << u"sheet.csv"_s << u"ROOT/sheet.csv"_s << QString() << u"Saved “sheet.csv” in ROOT."_s;
+        QTest::newRow("SRT") << u"SubRip subtitles (.srt)…"_s << true << u"review"_s << u"ROOT/review.srt"_s << QString() << u"Saved “review.srt” in ROOT."_s;
+        QTest::newRow("WebVTT") << u"WebVTT subtitles (.vtt)…"_s << true << u"review"_s << u"ROOT/review.vtt"_s << QString() << u"Saved “review.vtt” in ROOT."_s;
+        QTest::newRow("SRT without a transcript") << u"SubRip subtitles (.srt)…"_s << true << u"review"_s << u"ROOT/review.srt"_s << QString()
+                                                  << u"Saved “review.srt” in ROOT. No transcript is loaded, so the file holds no subtitles."_s;
     }
 
     void exports()
@@ -488,29 +535,69 @@ private Q_SLOTS:
         const auto placed = [&](QString path) { return path.replace(u"ROOT"_s, screen.root).replace(u"TEMP"_s, screen.temp).replace(u"APPS"_s, screen.apps); };
         screen.shell.desktop.saveAnswers = {QString(), screen.root + u'/' + typed};
         screen.shell.desktop.primaryAnswer = true; // "Open Resolve"
-        QString expected = button.contains(u"Resolve"_s) ? generateOTIO(harbour())
-                           : button == u"Save EDL"_s     ? generateResolveEDL(harbour())
-                                                         : generatePremiereXML(harbour(), 1); // no clip, so no track to probe
+        screen.shell.state.setPreferredNLE(u"fcp"_s); // Final Cut Pro's hand-off shows only for those who prefer it
+        // Subtitles are of the transcript on screen, unless the row expects none loaded.
+        const bool showsTranscript = button.contains(u"subtitles"_s) && !notice.contains(u"No transcript"_s);
+        QVERIFY(!showsTranscript || screen.showTranscript());
+        QString expected = documentOf(button, showsTranscript ? interview() : QList<TranscriptSegment>());
         if (button.contains(u"selects"_s)) {
             QVERIFY2(screen.showTranscript(), "the transcript did not load");
             QVERIFY(chooseFromMenu(screen.view.get(), u"s2"_s, u"Grade B"_s));
             expected = generateSelectsXML(harbour(), {u"s2"_s}, {{u"s2"_s, u"B"_s}}, interview());
         }
         for (int click = typed.isEmpty() ? 1 : 0; click < 2; ++click)
-            withText(screen.view.get(), button)->click();
+            QVERIFY(press(screen.view.get(), button));
         QTRY_VERIFY2_WITH_TIMEOUT(contents(placed(written)) == expected.toUtf8(), qPrintable(u"wrong or no "_s + written), screenWait);
         QCOMPARE(screen.workspace->calls, launched.isEmpty() ? QStringList() : QStringList{placed(launched)});
-        if (button.contains(u"Resolve"_s) && installed)
+        if (button == u"Open in DaVinci Resolve"_s && installed)
             QCOMPARE(screen.shell.desktop.asked.last(), u"notice: OTIO saved | "_s + resolveImportInstructions(u"timeline.otio"_s) + u" | Open Resolve | Done"_s);
+        const QString missing = button.contains(u"Resolve"_s) ? u"timeline"_s : button.contains(u"Final Cut"_s) ? u"project"_s : u"sequence"_s;
         if (!installed)
-            QVERIFY(screen.shell.desktop.asked.first().endsWith(u"is not installed here — save the "_s + (button.contains(u"Resolve"_s) ? u"timeline"_s : u"sequence"_s)
-                                                                + u" to import it later"_s));
+            QVERIFY(screen.shell.desktop.asked.first().endsWith(u"is not installed here — save the "_s + missing + u" to import it later"_s));
         QTRY_VERIFY2_WITH_TIMEOUT(screen.view->notice()->isVisible(), "no notice after the export", screenWait);
         QCOMPARE(screen.view->notice()->shownReport().message, placed(notice));
         withText(screen.view->notice(), u"Show in folder"_s)->click();
         QCOMPARE(screen.shell.desktop.asked.last(), u"reveal: "_s + placed(written));
         screen.view->notice()->findChild<QToolButton *>(u"dismissNotice"_s)->click();
         QVERIFY(!screen.view->notice()->isVisible());
+    }
+
+    // The first hand-off follows the preferred editing application as it changes, the keyboard
+    // walks the hand-offs in the order shown and then reaches the Export menu.
+    void preferredEditorLeads_data()
+    {
+        QTest::addColumn<QString>("preferred");
+        QTest::addColumn<QStringList>("handoffs");
+        const QString resolve = u"Open in DaVinci Resolve"_s, premiere = u"Open in Premiere Pro"_s;
+        QTest::newRow("Resolve") << u"resolve"_s << QStringList{resolve, premiere};
+        QTest::newRow("Premiere Pro") << u"premiere"_s << QStringList{premiere, resolve};
+        QTest::newRow("Final Cut Pro") << u"fcp"_s << QStringList{u"Open in Final Cut Pro"_s, resolve, premiere};
+    }
+
+    void preferredEditorLeads()
+    {
+        QFETCH(QString, preferred);
+        QFETCH(QStringList, handoffs);
+        Screen screen;
+        screen.view->activateWindow();
+        QVERIFY2(QTest::qWaitForWindowActive(screen.view.get(), screenWait), "the screen did not become active");
+        for (const QString &nle : {u"fcp"_s, u"premiere"_s, preferred}) // changed live, from every other choice
+            screen.shell.state.setPreferredNLE(nle);
+        QLayout *column = screen.view->findChild<QWidget *>(u"handoffs"_s)->layout();
+        QStringList shown;
+        for (int i = 0; i < column->count(); ++i) {
+            if (QWidget *button = column->itemAt(i)->widget(); button->isVisible())
+                shown.append(static_cast<QPushButton *>(button)->text());
+        }
+        QCOMPARE(shown, handoffs);
+        withText(screen.view.get(), handoffs.first())->setFocus();
+        for (const QString &next : handoffs.mid(1) + QStringList{u"Export"_s}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->property("text").toString(), next);
+        }
+        QCOMPARE(menuEntries(static_cast<QToolButton *>(QApplication::focusWidget())->menu()),
+                 (QStringList{u"Final Cut Pro XML…"_s, u"Premiere Pro XML…"_s, u"EDL for DaVinci Resolve…"_s, u"Avid Media Composer markers…"_s,
+                              u"CSV marker list…"_s, u"--"_s, u"SubRip subtitles (.srt)…"_s, u"WebVTT subtitles (.vtt)…"_s}));
     }
 
     // The strip warns of the markers the clip misses, with the same line as the saved file's
@@ -554,14 +641,14 @@ private Q_SLOTS:
         QVERIFY(area->widget()->minimumSizeHint().width() <= area->viewport()->width());
 
         screen.shell.desktop.saveAnswers = {screen.root + u"/cut.xml"_s};
-        withText(screen.view.get(), u"Save XML"_s)->click();
+        QVERIFY(press(screen.view.get(), u"Premiere Pro XML…"_s));
         QTRY_VERIFY2_WITH_TIMEOUT(screen.view->notice()->isVisible(), "no notice after the save", toolWait);
         QCOMPARE(screen.view->notice()->shownReport().message,
                  u"Saved “cut.xml” in "_s + QDir::toNativeSeparators(screen.root) + u". 2 of 4 markers are on matched footage."_s);
         QVERIFY(!screen.view->notice()->hasFocus() && !screen.view->notice()->isAncestorOf(QApplication::focusWidget()));
 
         screen.shell.desktop.saveAnswers = {screen.root + u"/missing/cut.edl"_s}; // a folder that is not there
-        withText(screen.view.get(), u"Save EDL"_s)->click();
+        QVERIFY(press(screen.view.get(), u"EDL for DaVinci Resolve…"_s));
         QVERIFY(screen.view->notice()->shownReport().failed);
         QVERIFY(screen.view->notice()->shownReport().message.startsWith(u"Could not save “cut.edl” in "_s));
         QVERIFY(!withText(screen.view->notice(), u"Show in folder"_s)->isVisible());

@@ -5,6 +5,7 @@
 #include "platform/ProcessWorkspace.h"
 #include "state/AppState.h"
 #include "ui/detail/AnalysisState.h"
+#include "ui/detail/ExportActions.h"
 #include "ui/detail/ExportNotice.h"
 #include "ui/detail/SessionDetailView.h"
 #include "ui/login/LoginView.h"
@@ -23,11 +24,14 @@
 #include <QPushButton>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
+#include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QThread>
+#include <QToolButton>
 
 namespace {
 
@@ -336,7 +340,7 @@ int main(int argc, char **argv)
         settle();
         ok = save(window, folder, QStringLiteral("coverage-") + appearance) && ok;
         ExportNotice *notice = detail->notice();
-        detail->findChild<QPushButton *>(QStringLiteral("saveXML"))->click();
+        detail->exportActions()->exportXML();
         ok = settleUntil([notice] { return notice->isVisible(); }) && save(window, folder, QStringLiteral("notice-saved-") + appearance) && ok;
 
         // Graded selects picked in the transcript, sent to Premiere Pro, which is not installed
@@ -352,6 +356,26 @@ int main(int argc, char **argv)
         ok = settleUntil([notice] { return notice->isVisible(); }) && save(window, folder, QStringLiteral("selects-exported-") + appearance) && ok;
         detail->selects()->setSelection({});
         detail->selectTab(QStringLiteral("markers"));
+        signedIn->sessionList()->setSelectedIds({});
+        window.resize(1000, 650);
+
+        // The buttons of an editor who prefers Final Cut Pro, with the Export menu open. The menu
+        // is a window of its own, kept inside the small offscreen screen, so it is painted onto
+        // the picture below its button, where it opens on a real screen.
+        state.setPreferredNLE(QStringLiteral("fcp"));
+        signedIn->sessionList()->setSelectedIds({QStringLiteral("s1")});
+        settle();
+        notice->dismiss();
+        window.resize(1000, 1300); // the whole screen, with room for the menu below its button
+        QToolButton *exportMenu = detail->findChild<QToolButton *>(QStringLiteral("exportMenu"));
+        exportMenu->setFocus();
+        exportMenu->menu()->popup(exportMenu->mapToGlobal(QPoint(0, exportMenu->height())));
+        settle();
+        QPixmap picture = window.grab();
+        QPainter(&picture).drawPixmap(exportMenu->mapTo(&window, QPoint(0, exportMenu->height())), exportMenu->menu()->grab());
+        ok = picture.save(folder.filePath(QStringLiteral("export-menu-") + appearance + QStringLiteral(".png"))) && ok;
+        exportMenu->menu()->close();
+        state.setPreferredNLE(QStringLiteral("resolve"));
         signedIn->sessionList()->setSelectedIds({});
         window.resize(1000, 650);
     }

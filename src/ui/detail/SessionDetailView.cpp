@@ -61,7 +61,7 @@ SessionDetailView::SessionDetailView(AppState &state, Desktop &desktop, SessionD
       m_notice(new ExportNotice(desktop)), m_scroll(new QScrollArea), m_header(new SessionHeader(state, desktop, environment.serviceHost)),
       m_coverage(new CoverageStrip), m_footage(new MatchedFootageList), m_tabs(viewPicker()),
       m_markers(new MarkerList), m_transcriptPage(new QWidget), m_transcriptHolder(new QVBoxLayout(m_transcriptPage)),
-      m_exports(new ExportActions(desktop, std::move(environment.exports), *m_selects)),
+      m_exports(new ExportActions(state, desktop, std::move(environment.exports), *m_selects)),
       m_analysisPanel(new AnalysisPanel(desktop, std::move(environment.runAnalysis)))
 {
     auto *outer = new QVBoxLayout(this);
