@@ -15,7 +15,8 @@ class Preferences;
 
 // The one observable state of the application. It lives on the GUI thread; every assignment
 // emits the property's change signal, equal value or not, and views coalesce their redraws.
-// It is the only code that reads and writes the preferences store.
+// It reads and writes every preference a screen shows; only the dialogs' remembered folders
+// are kept elsewhere.
 class AppState : public QObject
 {
     Q_OBJECT
