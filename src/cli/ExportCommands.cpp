@@ -108,7 +108,11 @@ QByteArray selectsDocument(const ShootSession &session, const QList<TranscriptSe
     return generateSelectsXML(session, ids, grades, utterances).toUtf8();
 }
 
-QCoro::Task<int> selects(const CliContext &context, const QCommandLineParser &parser)
+using TranscriptDocument = QByteArray (*)(const ShootSession &, const QList<TranscriptSegment> &, const QCommandLineParser &);
+
+// A document made from the session and the utterances of its transcript.
+QCoro::Task<int> emitTranscriptDocument(const CliContext &context, const QCommandLineParser &parser,
+                                        TranscriptDocument document)
 {
     int status = 0;
     const auto session = readSession(context, parser, &status);
@@ -117,7 +121,14 @@ QCoro::Task<int> selects(const CliContext &context, const QCommandLineParser &pa
     const auto utterances = readUtterances(context, parser, *session, &status);
     if (!utterances)
         co_return status;
-    co_return CliIo::emitDocument(selectsDocument(*session, *utterances, parser), parser.value(outputOption));
+    co_return CliIo::emitDocument(document(*session, *utterances, parser), parser.value(outputOption));
+}
+
+auto transcriptDocument(TranscriptDocument document)
+{
+    return [document](const CliContext &context, const QCommandLineParser &parser) {
+        return emitTranscriptDocument(context, parser, document);
+    };
 }
 
 QJsonObject preflightJson(const Preflight &result)
@@ -150,25 +161,10 @@ CliCommand sessionCommand(const QString &name, const QString &summary, Generator
             {"session"_L1}, 0, sessionDocument(std::move(generate))};
 }
 
-using SubtitleWriter = QString (*)(const ShootSession &, const QList<TranscriptSegment> &);
-
-QCoro::Task<int> emitSubtitles(const CliContext &context, const QCommandLineParser &parser, SubtitleWriter write)
-{
-    int status = 0;
-    const auto session = readSession(context, parser, &status);
-    if (!session)
-        co_return status;
-    const auto utterances = readUtterances(context, parser, *session, &status);
-    if (!utterances)
-        co_return status;
-    co_return CliIo::emitDocument(write(*session, *utterances).toUtf8(), parser.value(outputOption));
-}
-
-CliCommand subtitleCommand(const QString &name, const QString &summary, SubtitleWriter write)
+CliCommand subtitleCommand(const QString &name, const QString &summary, TranscriptDocument document)
 {
     return {"export "_L1 + name, "--session FILE [--transcript FILE] [-o OUT]"_L1, summary,
-            {sessionOption, transcriptOption, outputOption}, {}, {"session"_L1}, 0,
-            [write](const CliContext &context, const QCommandLineParser &parser) { return emitSubtitles(context, parser, write); }};
+            {sessionOption, transcriptOption, outputOption}, {}, {"session"_L1}, 0, transcriptDocument(document)};
 }
 
 } // namespace
@@ -188,7 +184,7 @@ QList<CliCommand> exportCommands()
                        [](const CliContext &, const ShootSession &session, const QCommandLineParser &) { return generateOTIO(session); }),
         {"export selects"_L1, "--session FILE --select ID[=GRADE] ... [--transcript FILE] [-o OUT]"_L1,
          "Print the xmeml selects sequence of the picked markers and utterances (empty when none is picked)."_L1,
-         {sessionOption, selectOption, transcriptOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, selects},
+         {sessionOption, selectOption, transcriptOption, outputOption}, {}, {"session"_L1, "select"_L1}, 0, transcriptDocument(selectsDocument)},
         {"export jsx"_L1, "--xml-path PATH [-o OUT]"_L1,
          "Print the Premiere Pro script that imports the marker XML at PATH and colours its markers."_L1,
          {xmlPathOption, outputOption}, {}, {"xml-path"_L1}, 0, script},
@@ -207,7 +203,13 @@ QList<CliCommand> exportCommands()
         {"check"_L1, "--session FILE"_L1,
          "Print as JSON which markers land on matched footage and which clips lack timecode or run at another rate."_L1,
          {sessionOption}, {}, {"session"_L1}, 0, check},
-        subtitleCommand("srt"_L1, "Print the transcript as SubRip subtitles."_L1, generateSRT),
-        subtitleCommand("vtt"_L1, "Print the transcript as WebVTT subtitles."_L1, generateWebVTT),
+        subtitleCommand("srt"_L1, "Print the transcript as SubRip subtitles."_L1,
+                        [](const ShootSession &session, const QList<TranscriptSegment> &utterances, const QCommandLineParser &) {
+                            return generateSRT(session, utterances).toUtf8();
+                        }),
+        subtitleCommand("vtt"_L1, "Print the transcript as WebVTT subtitles."_L1,
+                        [](const ShootSession &session, const QList<TranscriptSegment> &utterances, const QCommandLineParser &) {
+                            return generateWebVTT(session, utterances).toUtf8();
+                        }),
     };
 }

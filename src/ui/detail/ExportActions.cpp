@@ -253,33 +253,25 @@ void ExportActions::exportEDL()
 
 void ExportActions::exportXML()
 {
-    exportXMLTask();
+    whenBuilt(markerSequenceOnToolPool(m_session, m_environment.tools), [this, check = footageCheck(m_session)](const QString &xml) {
+        saveThroughPanel(xml, {ExportFiles::markersXML, xmlFilter, QString()}, QString(), check, QString());
+    });
 }
 
-// The widget may be gone when the sequence is ready: the task ends quietly then.
-QCoro::Task<> ExportActions::exportXMLTask()
+// The widget may be gone when the document is ready: the task ends quietly then.
+QCoro::Task<> ExportActions::whenBuilt(QFuture<QString> building, std::function<void(const QString &)> use)
 {
     const QPointer<ExportActions> self(this);
-    const QString check = footageCheck(m_session);
-    QFuture<QString> building = markerSequenceOnToolPool(m_session, m_environment.tools);
-    const QString xml = co_await building;
+    const QString document = co_await building;
     if (self)
-        saveThroughPanel(xml, {ExportFiles::markersXML, xmlFilter, QString()}, QString(), check, QString());
+        use(document);
 }
 
 void ExportActions::exportFCPXML()
 {
-    exportFCPXMLTask();
-}
-
-QCoro::Task<> ExportActions::exportFCPXMLTask()
-{
-    const QPointer<ExportActions> self(this);
-    const QString check = footageCheck(m_session);
-    QFuture<QString> building = finalCutXMLOnToolPool(m_session, m_environment.tools);
-    const QString xml = co_await building;
-    if (self)
+    whenBuilt(finalCutXMLOnToolPool(m_session, m_environment.tools), [this, check = footageCheck(m_session)](const QString &xml) {
         saveThroughPanel(xml, {ExportFiles::markersFCPXML, fcpxmlFilter, QString()}, fcpxmlExtension, check, QString());
+    });
 }
 
 // The marker lists carry every marker at its own timecode, footage or not: nothing to warn about.
@@ -311,18 +303,11 @@ void ExportActions::exportWebVTT()
 
 void ExportActions::openInPremiere()
 {
-    openInPremiereTask();
-}
-
-QCoro::Task<> ExportActions::openInPremiereTask()
-{
-    const QPointer<ExportActions> self(this);
-    const QString check = footageCheck(m_session);
-    QFuture<QString> building = markerSequenceOnToolPool(m_session, m_environment.tools);
-    const QString xml = co_await building;
-    const Handoff premiere{premierePro, ExportFiles::markersXML, xmlFilter, QString(), premiereMissing, &EditorHandoff::hasPremiere, &EditorHandoff::openInPremiere};
-    if (self)
-        handOff(premiere, xml, check);
+    whenBuilt(markerSequenceOnToolPool(m_session, m_environment.tools), [this, check = footageCheck(m_session)](const QString &xml) {
+        handOff({premierePro, ExportFiles::markersXML, xmlFilter, QString(), premiereMissing, &EditorHandoff::hasPremiere,
+                 &EditorHandoff::openInPremiere},
+                xml, check);
+    });
 }
 
 void ExportActions::exportSelectsToPremiereAction()
@@ -334,19 +319,11 @@ void ExportActions::exportSelectsToPremiereAction()
 
 void ExportActions::openInFinalCutPro()
 {
-    openInFinalCutProTask();
-}
-
-QCoro::Task<> ExportActions::openInFinalCutProTask()
-{
-    const QPointer<ExportActions> self(this);
-    const QString check = footageCheck(m_session);
-    QFuture<QString> building = finalCutXMLOnToolPool(m_session, m_environment.tools);
-    const QString xml = co_await building;
-    const Handoff finalCut{finalCutPro, ExportFiles::markersFCPXML, fcpxmlFilter, fcpxmlExtension, finalCutMissing, &EditorHandoff::hasFinalCutPro,
-                           &EditorHandoff::openInFinalCutPro};
-    if (self)
-        handOff(finalCut, xml, check);
+    whenBuilt(finalCutXMLOnToolPool(m_session, m_environment.tools), [this, check = footageCheck(m_session)](const QString &xml) {
+        handOff({finalCutPro, ExportFiles::markersFCPXML, fcpxmlFilter, fcpxmlExtension, finalCutMissing, &EditorHandoff::hasFinalCutPro,
+                 &EditorHandoff::openInFinalCutPro},
+                xml, check);
+    });
 }
 
 void ExportActions::openInResolve()

@@ -5,7 +5,9 @@
 #include "ui/detail/ExportNotice.h"
 
 #include <QCoro/QCoroTask>
+#include <QFuture>
 #include <QWidget>
+#include <functional>
 
 class AppState;
 class Desktop;
@@ -53,10 +55,8 @@ private:
 
     void updateSelects();
     void followPreferredEditor();
-    QCoro::Task<> exportXMLTask();
-    QCoro::Task<> exportFCPXMLTask();
-    QCoro::Task<> openInPremiereTask();
-    QCoro::Task<> openInFinalCutProTask();
+    // Hands the document to `use` once the tool pool has built it, if this widget still exists.
+    QCoro::Task<> whenBuilt(QFuture<QString> building, std::function<void(const QString &)> use);
     void handOff(const Handoff &target, const QString &document, const QString &check);
     // `extension`, when not empty, replaces whatever extension the chosen name has.
     void saveThroughPanel(const QString &document, const SaveRequest &request, const QString &extension, const QString &check,
