@@ -90,12 +90,10 @@ QString EditorHandoff::temporaryFile(const QString &name) const
     return QDir(m_temporaryDirectory).filePath(name);
 }
 
-void EditorHandoff::openInPremiereOrDefault(const QString &premiereFile, const QString &fallbackFile) const
+void EditorHandoff::openWithPremiere(const QString &file) const
 {
     if (const auto premiere = firstExisting(m_locations.premierePro))
-        m_workspace.openWithApplication(premiereFile, *premiere);
-    else
-        m_workspace.openWithDefaultHandler(fallbackFile);
+        m_workspace.openWithApplication(file, *premiere);
 }
 
 bool EditorHandoff::openInPremiere(const QString &markerXML) const
@@ -104,7 +102,7 @@ bool EditorHandoff::openInPremiere(const QString &markerXML) const
     const QString scriptPath = temporaryFile(ExportFiles::premiereScript);
     const bool xmlWritten = writeFileAtomically(xmlPath, markerXML.toUtf8());
     const bool scriptWritten = writeFileAtomically(scriptPath, premiereScript(xmlPath).toUtf8());
-    openInPremiereOrDefault(scriptPath, xmlPath);
+    openWithPremiere(scriptPath);
     return xmlWritten && scriptWritten;
 }
 
@@ -112,7 +110,7 @@ bool EditorHandoff::openSelectsInPremiere(const QString &selectsXML) const
 {
     const QString path = temporaryFile(ExportFiles::selectsXML);
     const bool written = writeFileAtomically(path, selectsXML.toUtf8());
-    openInPremiereOrDefault(path, path);
+    openWithPremiere(path);
     return written;
 }
 

@@ -54,12 +54,12 @@ public:
     QString temporaryFile(const QString &name) const;
 
     // Writes the marker sequence and its import script to the temporary directory and hands the
-    // script to Premiere Pro; without Premiere Pro the XML goes to the default handler. False
-    // when a file could not be written.
+    // script to Premiere Pro; nothing is opened without Premiere Pro (the screen saves through a
+    // panel then). False when a file could not be written.
     bool openInPremiere(const QString &markerXML) const;
 
-    // Writes the selects sequence to the temporary directory and opens it in Premiere Pro, or
-    // with the default handler. False when it could not be written.
+    // Writes the selects sequence to the temporary directory and opens it in Premiere Pro. False
+    // when it could not be written.
     bool openSelectsInPremiere(const QString &selectsXML) const;
 
     // Writes the FCPXML document to the temporary directory and opens it in Final Cut Pro, which
@@ -70,7 +70,7 @@ public:
     void launchResolve() const;
 
 private:
-    void openInPremiereOrDefault(const QString &premiereFile, const QString &fallbackFile) const;
+    void openWithPremiere(const QString &file) const;
 
     Workspace &m_workspace;
     QString m_temporaryDirectory;

@@ -10,6 +10,5 @@ public:
     virtual ~Workspace() = default;
 
     virtual void openWithApplication(const QString &file, const QString &application) = 0;
-    virtual void openWithDefaultHandler(const QString &file) = 0;
     virtual void launchApplication(const QString &application) = 0;
 };

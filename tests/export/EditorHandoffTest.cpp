@@ -53,7 +53,7 @@ private Q_SLOTS:
         QTest::newRow("all") << premieres + resolves << QStringList{with(script, premieres[0]), with(selects, premieres[0]), launch(resolves[0])};
         QTest::newRow("first choices missing") << QStringList{premieres[1], premieres[2], resolves[1]}
                                                << QStringList{with(script, premieres[1]), with(selects, premieres[1]), launch(resolves[1])};
-        QTest::newRow("none: the default handler") << QStringList() << QStringList{u"open "_s + markers, u"open "_s + selects};
+        QTest::newRow("none: nothing opened") << QStringList() << QStringList();
     }
 
     void handoff()
@@ -77,11 +77,13 @@ private Q_SLOTS:
 
     void failedWritesStillOpen()
     {
+        const QString premiere = m_apps + u'/' + premieres[0];
+        QVERIFY(QDir().mkpath(premiere));
         RecordingWorkspace workspace;
         const QString missing = m_root.filePath(u"no such dir"_s);
-        EditorHandoff(workspace, missing, {}).openInPremiere(u"x"_s);
+        EditorHandoff(workspace, missing, {{premiere}, {}}).openInPremiere(u"x"_s);
         QVERIFY(!QFile::exists(missing));
-        QCOMPARE(workspace.calls, QStringList{u"open "_s + missing + u"/vorlix-markers.xml"_s});
+        QCOMPARE(workspace.calls, QStringList{u"open "_s + missing + u"/vorlix-premiere.jsx with "_s + premiere});
     }
 
 #if defined(Q_OS_LINUX)

@@ -10,6 +10,5 @@ struct RecordingWorkspace final : Workspace {
     QStringList calls;
 
     void openWithApplication(const QString &file, const QString &app) override { calls.append(QStringLiteral("open %1 with %2").arg(file, app)); }
-    void openWithDefaultHandler(const QString &file) override { calls.append(QStringLiteral("open ") + file); }
     void launchApplication(const QString &application) override { calls.append(QStringLiteral("launch ") + application); }
 };
