@@ -155,7 +155,7 @@ QWidget *SessionListView::buildScanningSection()
         Theme::setSecondary(line);
         line->setObjectName(name);
         row->addWidget(line, 1);
-        QPushButton *button = Theme::textButton(buttonText, caption, Theme::indigo());
+        QPushButton *button = Theme::linkButton(buttonText, caption);
         button->setObjectName(name + QStringLiteral("Button"));
         row->addWidget(button);
         stack->addWidget(widget);
@@ -163,7 +163,7 @@ QWidget *SessionListView::buildScanningSection()
     };
 
     m_scanSpinner = new Spinner(14);
-    m_scanProgress = new ElidedLabel(Qt::ElideMiddle);
+    m_scanProgress = new ElidedLabel(Qt::ElideRight);
     const auto [scanRow, cancel] = lineWithButton(m_scanProgress, QStringLiteral("scanProgress"), QStringLiteral("Cancel"));
     m_scanRow = scanRow;
     static_cast<QHBoxLayout *>(m_scanRow->layout())->insertWidget(0, m_scanSpinner);

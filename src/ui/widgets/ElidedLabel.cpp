@@ -1,6 +1,7 @@
 #include "ui/widgets/ElidedLabel.h"
 
 #include <QPainter>
+#include <QtMath>
 
 ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget *parent) : QWidget(parent), m_mode(mode)
 {
@@ -17,7 +18,8 @@ void ElidedLabel::setText(const QString &text)
 
 QSize ElidedLabel::sizeHint() const
 {
-    return {fontMetrics().horizontalAdvance(m_text), fontMetrics().height()};
+    // Rounded up: the elision measures fractional widths, and a hint a pixel short elides text that fits.
+    return {qCeil(QFontMetricsF(font()).horizontalAdvance(m_text)), fontMetrics().height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
