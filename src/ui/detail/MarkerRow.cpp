@@ -195,14 +195,15 @@ void MarkerRow::paintEvent(QPaintEvent *)
     painter.setFont(badgeFont());
     painter.drawText(g.badge, Qt::AlignCenter, m_label);
 
-    painter.setPen(indigo);
+    const QColor timecodeColour = Theme::indigoText();
+    painter.setPen(timecodeColour);
     painter.setFont(timecodeFont(true));
     painter.drawText(g.timecode, Qt::AlignLeft | Qt::AlignVCenter, m_marker.timecode);
     if (m_marker.timecodeOut) {
         painter.setPen(secondary);
         painter.setFont(smallFont());
         painter.drawText(g.arrow, Qt::AlignLeft | Qt::AlignVCenter, arrowText);
-        painter.setPen(indigo);
+        painter.setPen(timecodeColour);
         painter.setFont(timecodeFont(false));
         painter.drawText(g.timecodeOut, Qt::AlignLeft | Qt::AlignVCenter, *m_marker.timecodeOut);
     }

@@ -49,7 +49,7 @@ void MatchedFootageList::showClips(const QList<MediaClip> &clips)
     setVisible(!clips.isEmpty());
     QList<QWidget *> rows;
     if (!clips.isEmpty()) {
-        QLabel *heading = Theme::heading(QStringLiteral("MATCHED FOOTAGE"), Theme::indigo());
+        QLabel *heading = Theme::heading(QStringLiteral("MATCHED FOOTAGE"), Theme::indigoText());
         heading->setObjectName(QStringLiteral("matchedFootageHeading"));
         rows.append(heading);
         const QPixmap film = Icons::symbol(QStringLiteral("film"), Theme::color(Theme::Colour::green)).pixmap(16, 16); // drawn once, not per clip

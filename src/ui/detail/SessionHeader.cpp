@@ -5,6 +5,7 @@
 #include "state/AppState.h"
 #include "state/SessionLibrary.h"
 #include "ui/widgets/Buttons.h"
+#include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/Icons.h"
 #include "ui/widgets/Theme.h"
 #include "ui/widgets/TrimSpacesAndTabs.h"
@@ -76,10 +77,12 @@ SessionHeader::SessionHeader(AppState &state, Desktop &desktop, QString serviceH
     m_markerCount = addIconLabel(summary, QStringLiteral("bookmark.fill"), QStringLiteral("markerCount"));
     m_clipCount = addIconLabel(summary, QStringLiteral("film"), QStringLiteral("clipCount"));
     m_tcRange = addIconLabel(summary, QStringLiteral("clock"), QStringLiteral("tcRange"));
-    m_date = Theme::label(QString(), Theme::TextStyle::Body, true);
-    // The date gives way first when the window is at its narrowest, so the column never needs
-    // a sideways scroll.
-    m_date->setMinimumWidth(1);
+    // The date gives way first when the window is at its narrowest (shortened with "…"), so the
+    // column never needs a sideways scroll.
+    m_date = new ElidedLabel(Qt::ElideRight);
+    m_date->setFont(Theme::font(Theme::TextStyle::Body));
+    Theme::setSecondary(m_date);
+    m_date->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     summary->addWidget(m_date);
     summary->addStretch(1);
     column->addLayout(summary);

@@ -5,6 +5,7 @@
 
 class AppState;
 class Desktop;
+class ElidedLabel;
 class QLabel;
 class QLineEdit;
 class QToolButton;
@@ -56,5 +57,5 @@ private:
     QLabel *m_markerCount;
     QLabel *m_clipCount;
     QLabel *m_tcRange;
-    QLabel *m_date;
+    ElidedLabel *m_date;
 };

@@ -243,7 +243,9 @@ void SpeakerRunView::paintChip(QPainter &painter, qsizetype index, const QColor 
         painter.setFont(m_chipFont);
         textX = badge.right() + gradeGap;
     }
-    painter.setPen(chip.state == ChipState::Selected ? chip.tint : text);
+    // An ungraded select's indigo is too dark to read as text on the dark palette.
+    const QColor selectedText = chip.tint == Theme::indigo() ? Theme::indigoText() : chip.tint;
+    painter.setPen(chip.state == ChipState::Selected ? selectedText : text);
     painter.drawText(QPointF(textX, box.top() + chipVerticalPadding + m_chipAscent), m_run.segments[index].text);
     if (index == m_currentChip) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
