@@ -25,19 +25,19 @@ loop_audio() {
 }
 
 n=0
-for spec in "$@"; do
+for take in "$@"; do
   n=$((n + 1))
-  timecode=${spec%+*}
-  seconds=${spec#*+}
+  timecode=${take%+*}
+  seconds=${take#*+}
   clip=$(printf '%s/A001C%03d_DEMO.mov' "$folder" "$n")
   made=$( [ -s "$clip" ] && ffprobe -v error -show_entries format_tags=comment -of default=nw=1:nk=1 "$clip" || true)
-  [ "$made" = "vorlix demo $spec" ] && continue
+  [ "$made" = "vorlix demo $take" ] && continue
   loop_audio
   ffmpeg -hide_banner -loglevel error -y \
     -f lavfi -i "testsrc2=size=160x90:rate=25" -stream_loop -1 -i "$audio" \
     -map 0:v -map 1:a:0 -map 1:a:1 -map 1:a:2 -t "$seconds" \
     -c:v libx264 -preset ultrafast -crf 40 -pix_fmt yuv420p -c:a copy \
-    -timecode "$timecode" -metadata timecode="$timecode" -metadata comment="vorlix demo $spec" "$clip.part.mov"
+    -timecode "$timecode" -metadata timecode="$timecode" -metadata comment="vorlix demo $take" "$clip.part.mov"
   mv "$clip.part.mov" "$clip"
 done
 
